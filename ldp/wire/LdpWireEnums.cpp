@@ -1,0 +1,7 @@
+#include "ldp/wire/LdpWireEnums.h"
+
+ZON_ENUM_DEFINE(Ldp, LdpMsgType, LDP_MSG_TYPES)
+ZON_ENUM_DEFINE(Ldp, LdpTlvType, LDP_TLV_TYPES)
+ZON_ENUM_DEFINE(Ldp, LdpStatusCode, LDP_STATUS_CODES)
+ZON_ENUM_DEFINE(Ldp, LdpFecElementType, LDP_FEC_ELEMENT_TYPES)
+ZON_ENUM_DEFINE(Ldp, LdpPwIntfParamSubTlvType, LDP_PW_INTF_PARAM_SUB_TLV_TYPES)
