@@ -1,0 +1,15 @@
+# Installs the build tree into a throw-away prefix, then configures, builds and
+# runs a consumer program that finds libLdp with find_package(Ldp).
+file(REMOVE_RECURSE "${WORK}")
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  if(NOT rc EQUAL 0)
+    message(FATAL_ERROR "failed: ${ARGN}\n${out}\n${err}")
+  endif()
+  message("${out}")
+endfunction()
+run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${WORK}/prefix")
+run(${CMAKE_COMMAND} -S "${SRC}" -B "${WORK}/build" "-DCMAKE_PREFIX_PATH=${WORK}/prefix"
+    "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}" "-DCMAKE_EXE_LINKER_FLAGS=${LINK_FLAGS}")
+run(${CMAKE_COMMAND} --build "${WORK}/build")
+run("${WORK}/build/consumer")
