@@ -21,8 +21,8 @@ class Pkt : public Zon::PtrInterface {
    // A packet with `n` zeroed front bytes, for building.
    static Ptr ofSize(std::size_t n);
 
-   // The first byte of the front data; null for an empty packet.
-   std::uint8_t * front() const noexcept { return frontBytes_ ? data_.get() : nullptr; }
+   // The first byte of the front data; never null, even for an empty packet.
+   std::uint8_t * front() const noexcept { return data_.get(); }
    std::uint32_t frontBytes() const noexcept { return frontBytes_; }
    std::span<std::uint8_t const> bytes() const noexcept { return {data_.get(), frontBytes_}; }
 

@@ -1,0 +1,114 @@
+#include "ldp/parser/LdpMsgParser.h"
+
+#include "zon/Assert.h"
+
+namespace Ldp {
+
+LdpMsgParser::LdpMsgParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset)
+    : pkt_(pkt), offset_(offset) {
+   headerStep();
+}
+
+Zon::Ptr<LdpTlvGroupParser> LdpMsgParser::tlvGroupParserIs(Zon::String8 const & name) {
+   if (!tlvGroupParser_ || tlvGroupParser_->name() != name) {
+      tlvGroupParser_ = ldpTlvGroupParserFactory(name);
+   }
+   return tlvGroupParser_;
+}
+
+Zon::Ptr<LdpTlvGroupParser> LdpMsgParser::newTlvGroupParser(Zon::String8 const & name) {
+   tlvGroupParser_ = ldpTlvGroupParserFactory(name);
+   return tlvGroupParser_;
+}
+
+LdpTlvHdr * LdpMsgParser::tlvAt(std::uint32_t index) const noexcept {
+   if (index >= tlvNum()) {
+      return nullptr;
+   }
+   std::uint32_t const at = tlvOffsetAt(index);
+   auto const length = reader_.u16(at + 2);
+   return length ? reader_.view<LdpTlvHdr>(at, std::uint32_t(*length) + LdpTlvHdr::tlvHdrSizeExclude) : nullptr;
+}
+
+void LdpMsgParser::headerStep() {
+   ZON_ASSERT_TEXT(pkt_ && pkt_->front(), "pkt");
+   ZON_ASSERT_TEXT(pkt_->frontBytes() >= offset_, "pkt_->frontBytes() >= offset_");
+   reader_ = LdpPktReader(*pkt_);
+   msgHdr_ = reader_.view<LdpMsgHdr>(offset_);
+   tlvGroupParserIs(Zon::String8());
+   result_ = LdpParseFault();
+
+   // The type is checked before the size; when the type word itself was not
+   // received there is nothing to check and the size fault below reports it.
+   if (auto const word = reader_.u16(offset_)) {
+      std::uint16_t const type = *word & 0x7FFF;
+      if (!isKnownMsgType(type)) {
+         fault((*word & 0x8000) ? LdpStatusCode::unknownMessageTypeIgnore : LdpStatusCode::unknownMessageType,
+               Zon::format("Unknown Message Type: %d", type));
+         return;
+      }
+   }
+   if (!msgHdr_) {
+      fault(LdpStatusCode::malformedTlv, Zon::format("MSG too small, size = %d", pkt_->frontBytes()));
+      return;
+   }
+   std::uint16_t const total = msgHdr_->totalLength(); // 16-bit: wraps like the wire field
+   if (total > maxMsgSize) {
+      fault(LdpStatusCode::malformedTlv, Zon::format("MSG length field too big, length = %d", total));
+      return;
+   }
+   if (total <= 7) {
+      fault(LdpStatusCode::malformedTlv, Zon::format("MSG length field too small, length = %d", total));
+      return;
+   }
+   tlvGroupParser_->pktIs(pkt_);
+   tlvGroupParser_->offsetIs(offset_ + static_cast<std::uint32_t>(LdpMsgHdr::wireBytes));
+   tlvGroupParser_->sizeIs(total - static_cast<std::uint32_t>(LdpMsgHdr::wireBytes));
+   tlvGroupParser_->parseTlvGroup();
+   if (!tlvGroupParser_->valid()) {
+      faultFrom(*tlvGroupParser_);
+      return;
+   }
+   for (std::uint32_t i = 0; i < tlvNum(); ++i) {
+      LdpTlvHdr const * tlv = tlvAt(i);
+      LdpStatusCode const code = tlv->validateTlvHdr();
+      if (code != LdpStatusCode::success && code != LdpStatusCode::unknownMessageTypeIgnore) {
+         fault(code, Zon::format("Unknown TLV Type: %d", static_cast<int>(tlv->type())));
+         return;
+      }
+   }
+}
+
+bool LdpMsgParser::messageStepStart() {
+   if (!validMsg()) {
+      return false;
+   }
+   if (!tlvGroupParser_->valid()) {
+      return faultFrom(*tlvGroupParser_);
+   }
+   return true;
+}
+
+Zon::String8 LdpMsgParser::stringValue() const {
+   if (!validMsg()) {
+      return Zon::String8("Message Error: " + reason());
+   }
+   // The base parser serves the messages without a class of their own.
+   char const * title = "LDP Msg:\n";
+   switch (msgHdr_->type()) {
+    case LdpMsgType::LdpKeepAlive: title = "LDP KeepAlive Msg:\n"; break;
+    case LdpMsgType::LdpCapability: title = "LDP Capability Msg:\n"; break;
+    default: break;
+   }
+   return Zon::String8(title + msgIdText());
+}
+
+Zon::String8 LdpMsgParser::msgIdText() const {
+   return Zon::format("   Msg Id: %d,", static_cast<int>(msgHdr_->msgId()));
+}
+
+Zon::Ptr<LdpMsgParser> ldpMsgParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   return Zon::validPtr(Zon::makePtr<LdpMsgParser>(pkt, offset));
+}
+
+} // namespace Ldp

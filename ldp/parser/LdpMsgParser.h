@@ -1,0 +1,97 @@
+// Message parsers. The base class checks what every message shares (the header
+// step: type, size, TLV framing, unknown TLVs); one subclass per message type adds
+// the checks of its own TLVs (the message step) as the last act of its constructor.
+// Every TLV a parser exposes is a view into the packet, which the parser keeps
+// alive; a fault of the received bytes ends as a status code and a reason, never
+// as an exception or an abort.
+#pragma once
+
+#include <cstdint>
+
+#include "ldp/parser/LdpParseFault.h"
+#include "ldp/parser/LdpPktReader.h"
+#include "ldp/parser/LdpTlvGroupParser.h"
+#include "ldp/wire/LdpHdr.h"
+#include "vorin/Pkt.h"
+#include "zon/Ptr.h"
+
+namespace Ldp {
+
+class LdpMsgParser : public Zon::PtrInterface {
+ public:
+   using Ptr = Zon::Ptr<LdpMsgParser>;
+
+   // The largest message accepted.
+   static constexpr std::uint32_t maxMsgSize = 4096;
+
+   LdpMsgParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
+
+   Zon::Ptr<Vorin::Pkt> const & pkt() const noexcept { return pkt_; }
+   std::uint32_t offset() const noexcept { return offset_; }
+   // The message header; null when its eight bytes were not received.
+   LdpMsgHdr * msgHdr() const noexcept { return msgHdr_; }
+   Zon::Ptr<LdpTlvGroupParser> const & tlvGroupParser() const noexcept { return tlvGroupParser_; }
+   Zon::String8 const & reason() const noexcept { return result_.reason(); }
+   LdpStatusCode statusCode() const noexcept { return result_.statusCode(); }
+   bool validMsg() const noexcept { return result_.ok(); }
+
+   void msgHdrIs(LdpMsgHdr * h) noexcept { msgHdr_ = h; }
+   void statusCodeIs(LdpStatusCode c) noexcept { result_.statusCodeIs(c); }
+   virtual void reasonIs(Zon::String8 r) { result_.reasonIs(std::move(r)); }
+   Zon::Ptr<LdpTlvGroupParser> tlvGroupParserIs(Zon::String8 const & name);
+   Zon::Ptr<LdpTlvGroupParser> newTlvGroupParser(Zon::String8 const & name);
+   void tlvGroupParserDel() noexcept { tlvGroupParser_ = nullptr; }
+
+   // The run-time class of the parser, e.g. "Ldp::LdpMsgParser".
+   virtual char const * fwkType() const noexcept { return "Ldp::LdpMsgParser"; }
+   // "Message Error: " + reason when invalid; subclasses print their message.
+   virtual Zon::String8 stringValue() const;
+
+ protected:
+   ~LdpMsgParser() override = default;
+
+   // Records a fault unless one is recorded already; returns false.
+   bool fault(LdpStatusCode code, Zon::String8 reason) {
+      return result_.fault(code, std::move(reason), ldpGenMsgParserTrace);
+   }
+   // Copies the status and reason of a parser that this one built.
+   template <typename P>
+   bool faultFrom(P const & p) {
+      return fault(p.statusCode(), p.reason());
+   }
+
+   // The message's TLVs, by index in message order. A view is handed out only
+   // when the whole TLV, header and value, lies inside the received bytes, which
+   // the group parser has checked for every recorded TLV.
+   std::uint32_t tlvNum() const noexcept { return tlvGroupParser_->tlvNum(); }
+   std::uint32_t tlvOffsetAt(std::uint32_t index) const noexcept { return tlvGroupParser_->tlvOffset(index); }
+   LdpTlvHdr * tlvAt(std::uint32_t index) const noexcept;
+   // The TLV at index seen as T; null unless the TLV's bytes cover T.
+   template <typename T>
+   T * tlvAs(std::uint32_t index) const noexcept {
+      LdpTlvHdr * h = tlvAt(index);
+      return h && h->totalLength() >= sizeof(T) ? reinterpret_cast<T *>(h) : nullptr;
+   }
+
+   // "   Msg Id: %d," of a valid message's text form.
+   Zon::String8 msgIdText() const;
+
+   // The common start of every message step: false when the header step or the
+   // TLV framing already failed (their fault stands).
+   bool messageStepStart();
+
+   LdpPktReader reader_;
+
+ private:
+   void headerStep();
+
+   Zon::Ptr<Vorin::Pkt> pkt_;
+   std::uint32_t offset_;
+   LdpMsgHdr * msgHdr_ = nullptr;
+   Zon::Ptr<LdpTlvGroupParser> tlvGroupParser_;
+   LdpParseFault result_;
+};
+
+Zon::Ptr<LdpMsgParser> ldpMsgParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
+
+} // namespace Ldp

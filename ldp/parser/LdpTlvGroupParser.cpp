@@ -1,0 +1,121 @@
+#include "ldp/parser/LdpTlvGroupParser.h"
+
+#include <algorithm>
+
+#include "ldp/parser/LdpPktReader.h"
+#include "zon/Assert.h"
+
+namespace Ldp {
+
+namespace {
+constexpr std::uint32_t itemHdrBytes = 4; // type word and length, shared by messages and TLVs
+}
+
+std::span<LdpTlvGroupParser::Entry const> LdpTlvGroupParser::tlvOffsets() const noexcept {
+   return {entries(), count_};
+}
+
+std::uint32_t LdpTlvGroupParser::tlvOffset(std::uint32_t index) const noexcept {
+   Entry const * e = entries();
+   if (index < count_ && e[index].first == index) { // the usual dense case
+      return e[index].second;
+   }
+   Entry const * it = std::lower_bound(e, e + count_, index,
+                                       [](Entry const & a, std::uint32_t i) { return a.first < i; });
+   return it != e + count_ && it->first == index ? it->second : 0;
+}
+
+void LdpTlvGroupParser::tlvOffsetIs(std::uint32_t index, std::uint32_t offset) {
+   Entry * e = entries();
+   Entry * it = std::lower_bound(e, e + count_, index,
+                                 [](Entry const & a, std::uint32_t i) { return a.first < i; });
+   if (it != e + count_ && it->first == index) {
+      it->second = offset;
+      return;
+   }
+   auto const pos = static_cast<std::size_t>(it - e);
+   if (heap_.empty() && count_ < inlineEntries) {
+      std::move_backward(inline_ + pos, inline_ + count_, inline_ + count_ + 1);
+      inline_[pos] = {index, offset};
+   } else {
+      if (heap_.empty()) {
+         heap_.assign(inline_, inline_ + count_);
+      }
+      heap_.insert(heap_.begin() + static_cast<std::ptrdiff_t>(pos), Entry{index, offset});
+   }
+   ++count_;
+}
+
+void LdpTlvGroupParser::tlvOffsetDel(std::uint32_t index) noexcept {
+   Entry * e = entries();
+   Entry * it = std::lower_bound(e, e + count_, index,
+                                 [](Entry const & a, std::uint32_t i) { return a.first < i; });
+   if (it == e + count_ || it->first != index) {
+      return;
+   }
+   if (heap_.empty()) {
+      std::move(it + 1, e + count_, it);
+   } else {
+      heap_.erase(heap_.begin() + (it - e));
+   }
+   --count_;
+}
+
+void LdpTlvGroupParser::tlvOffsetDelAll() noexcept {
+   count_ = 0;
+   heap_.clear();
+}
+
+bool LdpTlvGroupParser::parseTlvGroup() {
+   Trace::Source const & trace = ldpGenMsgParserTrace;
+   ZON_ASSERT_TEXT(pkt_ && pkt_->frontBytes() >= offset_, "pkt_->frontBytes() >= offset_");
+   TRACE(trace, traceDetail,
+         "Parse packet frontBytes: " << pkt_->frontBytes() << ", offset: " << offset_ << ", size " << size_);
+   result_ = LdpParseFault();
+   if (size_ == 0) {
+      return true;
+   }
+   LdpPktReader const reader(*pkt_);
+   if (std::uint64_t(offset_) + size_ > pkt_->frontBytes()) {
+      result_.fault(LdpStatusCode::badTlvLength, Zon::format("Packet is too small, size: %d", pkt_->frontBytes()),
+                    trace);
+      return true;
+   }
+   std::uint32_t index = 0;
+   std::uint32_t consumed = 0;
+   std::uint32_t current = offset_;
+   while (true) {
+      // Four bytes of item header are present here: checked before the loop and
+      // at the end of every round.
+      auto const length = reader.u16(current + 2);
+      if (!length || !reader.contains(current, itemHdrBytes)) {
+         result_.fault(LdpStatusCode::badTlvLength, Zon::String8("Msg/Tlv header is corrupted"), trace);
+         return true;
+      }
+      auto const total = static_cast<std::uint16_t>(*length + itemHdrBytes);
+      TRACE(trace, traceDetail, "   Msg/TLV " << index << ": offset " << current << ", size " << total);
+      if (total == 0) {
+         // A length field of 0xFFFC wraps the item size to 0: a peer's corrupt
+         // header, refused so that the walk always advances.
+         result_.fault(LdpStatusCode::badTlvLength, Zon::String8("Msg/Tlv header is corrupted"), trace);
+         return true;
+      }
+      consumed += total;
+      if (consumed > size_) {
+         result_.fault(LdpStatusCode::badTlvLength, Zon::String8("Msg/Tlv is corrupted/truncated"), trace);
+         return true;
+      }
+      tlvOffsetIs(index, current);
+      current += total;
+      if (consumed == size_) {
+         return true;
+      }
+      ++index;
+   }
+}
+
+Zon::Ptr<LdpTlvGroupParser> ldpTlvGroupParserFactory(Zon::String8 const & name) {
+   return Zon::validPtr(Zon::makePtr<LdpTlvGroupParser>(name));
+}
+
+} // namespace Ldp
