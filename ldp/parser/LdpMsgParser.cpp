@@ -22,12 +22,7 @@ Zon::Ptr<LdpTlvGroupParser> LdpMsgParser::newTlvGroupParser(Zon::String8 const &
 }
 
 LdpTlvHdr * LdpMsgParser::tlvAt(std::uint32_t index) const noexcept {
-   if (index >= tlvNum()) {
-      return nullptr;
-   }
-   std::uint32_t const at = tlvOffsetAt(index);
-   auto const length = reader_.u16(at + 2);
-   return length ? reader_.view<LdpTlvHdr>(at, std::uint32_t(*length) + LdpTlvHdr::tlvHdrSizeExclude) : nullptr;
+   return index < tlvNum() ? reader_.view<LdpTlvHdr>(tlvOffsetAt(index)) : nullptr;
 }
 
 void LdpMsgParser::headerStep() {

@@ -60,17 +60,23 @@ class LdpMsgParser : public Zon::PtrInterface {
       return fault(p.statusCode(), p.reason());
    }
 
-   // The message's TLVs, by index in message order. A view is handed out only
-   // when the whole TLV, header and value, lies inside the received bytes, which
-   // the group parser has checked for every recorded TLV.
+   // The message's TLVs, by index in message order. tlvAt gives the 4-byte TLV
+   // header of a recorded TLV (the group parser saw those bytes). Its length field
+   // is the peer's word: a length of 0xFFFD..0xFFFF wraps the 16-bit item size to
+   // 1..3 bytes, so the TLV's value may claim far more bytes than were received.
+   // tlvAs<T> therefore hands out a view only when the TLV's unwrapped extent
+   // (length + 4) covers T and lies wholly inside the received bytes; size checks
+   // that fail must treat a null view like any other size fault.
    std::uint32_t tlvNum() const noexcept { return tlvGroupParser_->tlvNum(); }
    std::uint32_t tlvOffsetAt(std::uint32_t index) const noexcept { return tlvGroupParser_->tlvOffset(index); }
    LdpTlvHdr * tlvAt(std::uint32_t index) const noexcept;
-   // The TLV at index seen as T; null unless the TLV's bytes cover T.
    template <typename T>
    T * tlvAs(std::uint32_t index) const noexcept {
       LdpTlvHdr * h = tlvAt(index);
-      return h && h->totalLength() >= sizeof(T) ? reinterpret_cast<T *>(h) : nullptr;
+      if (!h) {
+         return nullptr;
+      }
+      return reader_.view<T>(tlvOffsetAt(index), std::uint32_t(h->length()) + LdpTlvHdr::tlvHdrSizeExclude);
    }
 
    // "   Msg Id: %d," of a valid message's text form.
