@@ -1,0 +1,131 @@
+#include "ldp/parser/LdpTlvParser.h"
+
+#include "zon/Assert.h"
+
+namespace Ldp {
+
+LdpTlvParser::LdpTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) : pkt_(pkt), offset_(offset) {
+   handleHeader();
+}
+
+void LdpTlvParser::handleHeader() {
+   ZON_ASSERT(pkt_);
+   // Callers build TLV parsers at offsets a group parser recorded; a header that
+   // was not received is left unset rather than read.
+   header_ = LdpPktReader(*pkt_).view<LdpTlvHdr>(offset_);
+}
+
+bool LdpTlvParser::received() const noexcept {
+   return header_ && LdpPktReader(*pkt_).contains(offset_, byteSize());
+}
+
+template <typename T>
+bool LdpTypedTlvParser<T>::shortTlv(T & standIn) const noexcept {
+   if (!received() || byteSize() >= sizeof(T)) {
+      return false;
+   }
+   static_cast<LdpTlvHdr &>(standIn) = *header();
+   return true;
+}
+
+template <typename T>
+LdpStatusCode LdpTypedTlvParser<T>::validate() const {
+   if (T const * t = header2()) {
+      return t->validate();
+   }
+   if (T standIn; shortTlv(standIn)) {
+      return standIn.validate();
+   }
+   return LdpStatusCode::success;
+}
+
+template <typename T>
+Zon::String8 LdpTypedTlvParser<T>::stringValue() const {
+   if (T const * t = header2()) {
+      return t->stringValue();
+   }
+   if (T standIn; shortTlv(standIn)) {
+      return standIn.stringValue();
+   }
+   return Zon::String8();
+}
+
+template class LdpTypedTlvParser<LdpCommonHelloTlv>;
+template class LdpTypedTlvParser<LdpCommonSessionParamTlv>;
+template class LdpTypedTlvParser<LdpStatusTlv>;
+template class LdpTypedTlvParser<LdpGenLabelTlv>;
+template class LdpTypedTlvParser<LdpLabelReqMsgIdTlv>;
+template class LdpTypedTlvParser<LdpAddressListTlv>;
+template class LdpTypedTlvParser<LdpIpTransportAddrTlv>;
+template class LdpTypedTlvParser<LdpConfigSeqNumTlv>;
+template class LdpTypedTlvParser<LdpIp6TransportAddrTlv>;
+template class LdpTypedTlvParser<LdpHopCountTlv>;
+template class LdpTypedTlvParser<LdpPathVectorTlv>;
+
+void LdpStatusTlvParser::statusErrorIs(unsigned bit) noexcept {
+   if (LdpStatusTlv * t = header2()) {
+      t->statusErrorIs(bit);
+   }
+}
+
+void LdpStatusTlvParser::statusForwardUnknownIs(unsigned bit) noexcept {
+   if (LdpStatusTlv * t = header2()) {
+      t->statusForwardUnknownIs(bit);
+   }
+}
+
+namespace {
+
+template <typename P>
+Zon::Ptr<P> make(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   return Zon::validPtr(Zon::makePtr<P>(pkt, offset));
+}
+
+} // namespace
+
+Zon::Ptr<LdpTlvParser> ldpTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   return make<LdpTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpCommonHelloTlvParser> ldpCommonHelloTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
+                                                                 std::uint32_t offset) {
+   return make<LdpCommonHelloTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpCommonSessionParamTlvParser> ldpCommonSessionParamTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
+                                                                               std::uint32_t offset) {
+   return make<LdpCommonSessionParamTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpStatusTlvParser> ldpStatusTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   return make<LdpStatusTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpGenLabelTlvParser> ldpGenLabelTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   return make<LdpGenLabelTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpLabelReqMsgIdTlvParser> ldpLabelReqMsgIdTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
+                                                                     std::uint32_t offset) {
+   return make<LdpLabelReqMsgIdTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpAddressListTlvParser> ldpAddressListTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
+                                                                 std::uint32_t offset) {
+   return make<LdpAddressListTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpIpTransportAddrTlvParser> ldpIpTransportAddrTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
+                                                                         std::uint32_t offset) {
+   return make<LdpIpTransportAddrTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpConfigSeqNumTlvParser> ldpConfigSeqNumTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
+                                                                   std::uint32_t offset) {
+   return make<LdpConfigSeqNumTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpIp6TransportAddrTlvParser> ldpIp6TransportAddrTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
+                                                                           std::uint32_t offset) {
+   return make<LdpIp6TransportAddrTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpHopCountTlvParser> ldpHopCountTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   return make<LdpHopCountTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpPathVectorTlvParser> ldpPathVectorTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
+                                                               std::uint32_t offset) {
+   return make<LdpPathVectorTlvParser>(pkt, offset);
+}
+
+} // namespace Ldp
