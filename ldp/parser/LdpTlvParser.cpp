@@ -36,7 +36,10 @@ LdpStatusCode LdpTypedTlvParser<T>::validate() const {
    if (T standIn; shortTlv(standIn)) {
       return standIn.validate();
    }
-   return LdpStatusCode::success;
+   // A header whose length claims bytes that were not received (a length near
+   // 0xFFFF wraps the group parser's 16-bit item size) is refused here, so that
+   // a caller cannot take a TLV it can never read for a good one.
+   return header() ? LdpStatusCode::badTlvLength : LdpStatusCode::success;
 }
 
 template <typename T>

@@ -7,8 +7,10 @@
 // the TLV's four header bytes were received, header2() only when the TLV's bytes,
 // as far as its own length field says, were received and cover the value type.
 // Without a view every accessor answers 0 (false, or the empty string for
-// stringValue()). A TLV received whole but shorter than its value type still
-// validates and prints as its value type says (its header alone decides that).
+// stringValue()), with one exception: validate() of a TLV whose header was
+// received but whose length claims bytes that were not is badTlvLength. A TLV
+// received whole but shorter than its value type still validates and prints as
+// its value type says (its header alone decides that).
 #pragma once
 
 #include <cstdint>
@@ -81,7 +83,8 @@ class LdpTypedTlvParser : public LdpTlvParser {
    // The TLV seen as T; null unless its bytes were received and cover T.
    T * header2() const noexcept { return viewAs<T>(); }
 
-   // T's validate(); success (0) when the TLV was not received whole.
+   // T's validate(); success (0) without a header, badTlvLength when the TLV's
+   // length runs past the received bytes.
    LdpStatusCode validate() const;
    // T's text form; empty when the TLV was not received whole.
    Zon::String8 stringValue() const;
