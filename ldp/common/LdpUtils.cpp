@@ -1,5 +1,6 @@
 #include "ldp/common/LdpUtils.h"
 
+#include "ldp/parser/LdpSessionMsgParser.h"
 #include "zon/Assert.h"
 
 namespace Ldp {
@@ -11,6 +12,13 @@ LdpMsgParser::Ptr ldpMsgParserGet(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_
    LdpMsgParser::Ptr base = ldpMsgParserFactory(pkt, offset);
    if (!base->validMsg() || !base->msgHdr()) {
       return base;
+   }
+   switch (base->msgHdr()->type()) {
+    case LdpMsgType::LdpHello: return ldpHelloMsgParserFactory(pkt, offset);
+    case LdpMsgType::LdpInit: return ldpInitMsgParserFactory(pkt, offset);
+    case LdpMsgType::LdpAddress: return ldpAddressMsgParserFactory(pkt, offset);
+    case LdpMsgType::LdpAddressWithdraw: return ldpAddressWithdrawMsgParserFactory(pkt, offset);
+    default: break; // Keepalive and Capability: the base parser serves them
    }
    return base;
 }
