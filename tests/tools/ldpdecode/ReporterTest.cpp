@@ -1,0 +1,255 @@
+#include "Reporter.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <string>
+
+#include "Decoder.h"
+#include "ldp/parser/LdpPduParser.h"
+#include "support/Hex.h"
+
+using namespace LdpDecode;
+using TestSupport::hexBytes;
+using TestSupport::hexPkt;
+
+namespace {
+
+std::string const mappingPdu =
+    "0001 0021 0a000001 0000 | 0400 0017 00000002 | 0100 0007 02 0001 18 0a0000 | 0200 0004 00000010";
+// A Keepalive, a message of unknown type 0x3fff with the U bit, one of unknown
+// type 0x3ffe without it.
+std::string const unknownTypesPdu =
+    "0001 001e 0a000001 0000 | 0201 0004 00000008 | bfff 0004 00000009 | 3ffe 0004 0000000a";
+std::string const version2Pdu = "0002 000e 0a000001 0000 | 0201 0004 00000001";
+std::string const ignoredOnlyPdu = "0001 000e 0a000002 0000 | bfff 0004 00000009";
+
+struct Fixture {
+   FrameMeta frame{7, 1, 2};
+   FlowKey flow{Transport::tcp, {Vorin::IpGenAddr::fromString("10.0.0.1"), 646},
+                {Vorin::IpGenAddr::fromString("10.0.0.2"), 1025}};
+   std::string flowText = "10.0.0.1:646 > 10.0.0.2:1025  TCP";
+
+   Origin origin() const {
+      Origin o;
+      o.frame = &frame;
+      o.firstFrame = 7;
+      o.flow = &flow;
+      o.flowText = &flowText;
+      return o;
+   }
+};
+
+std::string const headerLine = "frame 7  1970-01-01 00:00:01.000002  10.0.0.1:646 > 10.0.0.2:1025  TCP\n";
+
+TEST(Reporter, TextIsTheHeaderLineThenThePduParsersTextThenTheFaults) {
+   struct Row {
+      char const * what;
+      std::string pdu;
+      std::string faults;
+   };
+   Row const rows[] = {
+       {"valid", mappingPdu, ""},
+       {"unknown message types", unknownTypesPdu,
+        "  ignored: message 1 (16383, id 9): unknownMessageTypeIgnore (0x80000004): Unknown Message Type: 16383; "
+        "the agent ignores it silently\n"
+        "  fault: message 2 (16382, id 10): unknownMessageType (4): Unknown Message Type: 16382; the agent "
+        "answers with a Notification carrying unknownMessageType (4)\n"},
+       {"bad version", version2Pdu,
+        "  fault: PDU: badVersion (2): LDP Version 2 not supported; the agent answers with a Notification "
+        "carrying badVersion (2)\n"},
+   };
+   for (Row const & row : rows) {
+      Fixture f;
+      Output out(nullptr);
+      Reporter reporter(OutputMode::text, out);
+      auto const pkt = hexPkt(row.pdu);
+      reporter.pdu(f.origin(), pkt, 0);
+      auto const pdu = Ldp::ldpPduParserFactory(pkt, 0);
+      std::string pduText = pdu->stringValue();
+      if (!pdu->validLdpPdu()) {
+         pduText += '\n';
+      }
+      EXPECT_EQ(out.take(), headerLine + pduText + row.faults + "\n") << row.what;
+   }
+}
+
+TEST(Reporter, PduBeganInAnEarlierFrame) {
+   Fixture f;
+   Output out(nullptr);
+   Reporter reporter(OutputMode::text, out);
+   Origin o = f.origin();
+   o.firstFrame = 5;
+   reporter.note(o, "gap", "gap: 3 bytes");
+   EXPECT_EQ(out.take(),
+             "frame 7  1970-01-01 00:00:01.000002  10.0.0.1:646 > 10.0.0.2:1025  TCP  (begins in frame 5)  note: "
+             "gap: 3 bytes\n\n");
+}
+
+TEST(Reporter, TotalsCountFaultsButNotIgnoredMessages) {
+   for (OutputMode mode : {OutputMode::text, OutputMode::json, OutputMode::summary}) {
+      Fixture f;
+      Output out(nullptr);
+      Reporter reporter(mode, out);
+      reporter.pdu(f.origin(), hexPkt(ignoredOnlyPdu), 0);
+      EXPECT_FALSE(reporter.faultFound());
+      for (auto const * hex : {&mappingPdu, &unknownTypesPdu, &version2Pdu}) {
+         reporter.pdu(f.origin(), hexPkt(*hex), 0);
+      }
+      Totals const & t = reporter.totals();
+      EXPECT_EQ(t.pdus, 4u);
+      EXPECT_EQ(t.invalidPdus, 1u);
+      EXPECT_EQ(t.messages, 5u);
+      EXPECT_EQ(t.messagesPerType[0x0400], 1u);
+      EXPECT_EQ(t.messagesPerType[0x0201], 1u);
+      EXPECT_EQ(t.messagesPerType[0x3fff], 2u);
+      EXPECT_EQ(t.messagesPerType[0x3ffe], 1u);
+      EXPECT_EQ(t.ignoredMessages, 2u);
+      EXPECT_EQ(t.invalidMessages, 1u);
+      EXPECT_EQ(t.faults, (std::map<std::uint32_t, std::uint64_t>{{2, 1}, {4, 1}}));
+      EXPECT_EQ(t.faultCount(), 2u);
+      EXPECT_TRUE(reporter.faultFound());
+      ASSERT_EQ(t.ldpIds.size(), 2u);
+      EXPECT_EQ(t.ldpIds.begin()->stringValue(), "10.0.0.1:0");
+      ASSERT_EQ(t.sessions.size(), 1u);
+      auto const & s = t.sessions.begin()->second;
+      EXPECT_EQ(s.pdus, 3u);  // the valid ones
+      EXPECT_TRUE(s.hasLdpId[0]);
+      EXPECT_FALSE(s.hasLdpId[1]);
+   }
+}
+
+TEST(Reporter, SummaryModesWriteNothingBeforeTheEnd) {
+   Fixture f;
+   Output out(nullptr);
+   Reporter reporter(OutputMode::summary, out);
+   reporter.pdu(f.origin(), hexPkt(unknownTypesPdu), 0);
+   reporter.note(f.origin(), "gap", "gap");
+   EXPECT_EQ(out.pending(), "");
+   reporter.finish();
+   EXPECT_NE(out.pending().find("unknownMessageType (4)"), std::string::npos);
+}
+
+TEST(Reporter, JsonHasOneObjectPerPduWithEachMessagesVerdict) {
+   Fixture f;
+   Output out(nullptr);
+   Reporter reporter(OutputMode::json, out);
+   reporter.pdu(f.origin(), hexPkt(unknownTypesPdu), 0);
+   reporter.pdu(f.origin(), hexPkt(version2Pdu), 0);
+   std::string const text = out.take();
+   auto const nl = text.find('\n');
+   ASSERT_NE(nl, std::string::npos);
+   auto const first = nlohmann::json::parse(text.substr(0, nl));
+   auto const second = nlohmann::json::parse(text.substr(nl + 1));
+   EXPECT_EQ(first["type"], "pdu");
+   EXPECT_EQ(first["frame"], 7);
+   EXPECT_EQ(first["src"], "10.0.0.1");
+   EXPECT_EQ(first["dstPort"], 1025);
+   EXPECT_EQ(first["ldpId"], "10.0.0.1:0");
+   EXPECT_EQ(first["valid"], true);
+   ASSERT_EQ(first["messages"].size(), 3u);
+   EXPECT_EQ(first["messages"][0]["action"], "accept");
+   EXPECT_EQ(first["messages"][1]["action"], "ignore");
+   EXPECT_EQ(first["messages"][1]["status"], "unknownMessageTypeIgnore");
+   EXPECT_EQ(first["messages"][1]["statusCode"], 0x80000004u);
+   EXPECT_EQ(first["messages"][2]["action"], "notification");
+   EXPECT_EQ(first["messages"][2]["msgId"], 10);
+   EXPECT_EQ(first["messages"][2]["offset"], 26);
+   EXPECT_EQ(second["valid"], false);
+   EXPECT_EQ(second["status"], "badVersion");
+   EXPECT_EQ(second["reason"], "LDP Version 2 not supported");
+   EXPECT_EQ(second["messages"].size(), 0u);
+}
+
+TEST(Reporter, StatusCodeAndVerdictTexts) {
+   using Ldp::LdpStatusCode;
+   EXPECT_EQ(statusCodeText(LdpStatusCode::malformedTlv), "malformedTlv (8)");
+   EXPECT_EQ(statusCodeText(LdpStatusCode::unknownMessageTypeIgnore), "unknownMessageTypeIgnore (0x80000004)");
+   EXPECT_EQ(verdictOf(LdpStatusCode::success), Verdict::accept);
+   EXPECT_EQ(verdictOf(LdpStatusCode::unknownMessageTypeIgnore), Verdict::ignore);
+   EXPECT_EQ(verdictOf(LdpStatusCode::pwStatus), Verdict::notification);
+   EXPECT_EQ(verdictText(LdpStatusCode::badTlvLength),
+             "the agent answers with a Notification carrying badTlvLength (7)");
+}
+
+// Frames of raw IPv4 around a TCP or UDP payload.
+std::vector<std::uint8_t> ipFrame(bool tcp, char const * src, char const * dst, std::uint16_t sport,
+                                  std::uint16_t dport, std::uint32_t seq, std::uint8_t flags,
+                                  std::vector<std::uint8_t> const & payload) {
+   std::size_t const l4 = tcp ? 20 : 8;
+   std::size_t const total = 20 + l4 + payload.size();
+   auto const s = Vorin::IpAddr::fromString(src);
+   auto const d = Vorin::IpAddr::fromString(dst);
+   std::vector<std::uint8_t> f = {0x45, 0, std::uint8_t(total >> 8), std::uint8_t(total), 0, 0, 0, 0, 64,
+                                  std::uint8_t(tcp ? 6 : 17), 0, 0};
+   f.insert(f.end(), s.bytes(), s.bytes() + 4);
+   f.insert(f.end(), d.bytes(), d.bytes() + 4);
+   f.insert(f.end(), {std::uint8_t(sport >> 8), std::uint8_t(sport), std::uint8_t(dport >> 8), std::uint8_t(dport)});
+   if (tcp) {
+      f.insert(f.end(), {std::uint8_t(seq >> 24), std::uint8_t(seq >> 16), std::uint8_t(seq >> 8), std::uint8_t(seq),
+                         0, 0, 0, 0, 0x50, flags, 0xff, 0xff, 0, 0, 0, 0});
+   } else {
+      std::size_t const len = 8 + payload.size();
+      f.insert(f.end(), {std::uint8_t(len >> 8), std::uint8_t(len), 0, 0});
+   }
+   f.insert(f.end(), payload.begin(), payload.end());
+   return f;
+}
+
+TEST(Decoder, TcpDirectionsAreReassembledAndUdpDatagramsAreOnePduEach) {
+   auto const stream = hexBytes(mappingPdu + unknownTypesPdu);
+   std::vector<std::uint8_t> const firstPart(stream.begin(), stream.begin() + 30);
+   std::vector<std::uint8_t> const rest(stream.begin() + 30, stream.end());
+   Output out(nullptr);
+   Reporter reporter(OutputMode::text, out);
+   Decoder decoder(reporter);
+   decoder.linkTypeIs(LinkType::rawIp);
+   std::uint64_t n = 0;
+   auto frame = [&](std::vector<std::uint8_t> const & bytes) {
+      FrameMeta const meta{++n, 1700000000, 0};
+      decoder.frame(meta, bytes);
+   };
+   frame(ipFrame(true, "10.0.0.1", "10.0.0.2", 646, 40000, 99, TcpFlag::syn, {}));
+   frame(ipFrame(true, "10.0.0.1", "10.0.0.2", 646, 40000, 100, 0x18, firstPart));
+   frame(ipFrame(false, "10.0.0.2", "224.0.0.2", 646, 646, 0, 0, hexBytes(ignoredOnlyPdu)));
+   frame(ipFrame(true, "10.0.0.1", "10.0.0.2", 646, 40000, 130, 0x18, rest));
+   frame(ipFrame(false, "10.0.0.2", "10.0.0.1", 53, 53, 0, 0, {1, 2, 3}));
+   decoder.finish();
+   std::string const text = out.take();
+   EXPECT_NE(text.find("frame 3  2023-11-14 22:13:20.000000  10.0.0.2:646 > 224.0.0.2:646  UDP\n"),
+             std::string::npos)
+       << text;
+   EXPECT_NE(text.find("frame 4  2023-11-14 22:13:20.000000  10.0.0.1:646 > 10.0.0.2:40000  TCP  (begins in frame 2)\n"
+                       "LdpPduHdr: Ver(1),Len(33)"),
+             std::string::npos)
+       << text;
+   Totals const & t = reporter.totals();
+   EXPECT_EQ(t.frames, 5u);
+   EXPECT_EQ(t.tcpFrames, 3u);
+   EXPECT_EQ(t.udpFrames, 1u);
+   EXPECT_EQ(t.otherIpFrames, 1u);
+   EXPECT_EQ(t.pdus, 3u);
+   EXPECT_EQ(t.tcpStreams, 1u);
+   EXPECT_EQ(t.tcp.segments, 2u);
+   ASSERT_EQ(t.sessions.size(), 1u);
+   EXPECT_EQ(t.sessions.begin()->first.first.text(), "10.0.0.1:646");
+   EXPECT_EQ(t.sessions.begin()->second.pdus, 2u);
+}
+
+TEST(Decoder, RawStreamSplitsPdusAndNotesWhatItCannotFrame) {
+   Output out(nullptr);
+   Reporter reporter(OutputMode::text, out);
+   Decoder decoder(reporter);
+   auto const bytes = hexBytes(mappingPdu + "0001 00");
+   decoder.rawStream(bytes);
+   decoder.finish();
+   std::string const text = out.take();
+   EXPECT_EQ(text.rfind("hex input  byte 0\nLdpPduHdr: Ver(1),Len(33)", 0), 0u) << text;
+   EXPECT_NE(text.find("hex input  byte 37  note: the stream ends inside a PDU: 3 bytes received\n"),
+             std::string::npos)
+       << text;
+   EXPECT_EQ(reporter.totals().pdus, 1u);
+   EXPECT_EQ(reporter.totals().tcpStreams, 0u);
+}
+
+} // namespace

@@ -1,0 +1,487 @@
+#include "Reporter.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdio>
+
+#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParser.h"
+#include "ldp/parser/LdpPduParser.h"
+#include "zon/Enum.h"
+
+namespace LdpDecode {
+
+using Ldp::LdpStatusCode;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+// Text that may hold any byte (a received description string) is written to
+// JSON with invalid UTF-8 replaced, never refused.
+std::string jsonLine(Json const & j) {
+   return j.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+char const * verdictKey(Verdict v) noexcept {
+   switch (v) {
+    case Verdict::accept:
+      return "accept";
+    case Verdict::notification:
+      return "notification";
+    case Verdict::ignore:
+      return "ignore";
+   }
+   return "accept";
+}
+
+void putOrigin(Json & j, Origin const & o) {
+   if (o.frame) {
+      j["frame"] = o.frame->number;
+      if (o.firstFrame && o.firstFrame != o.frame->number) {
+         j["firstFrame"] = o.firstFrame;
+      }
+      j["time"] = timeText(*o.frame);
+   } else {
+      j["input"] = "hex";
+   }
+   if (o.flow) {
+      j["transport"] = transportName(o.flow->transport);
+      j["src"] = o.flow->src.addr.stringValue();
+      j["srcPort"] = o.flow->src.port;
+      j["dst"] = o.flow->dst.addr.stringValue();
+      j["dstPort"] = o.flow->dst.port;
+   }
+   if (!o.flow || o.flow->transport == Transport::tcp) {
+      j["streamOffset"] = o.streamOffset;
+   }
+}
+
+void putStatus(Json & j, LdpStatusCode code, std::string const & reason) {
+   j["valid"] = code == LdpStatusCode::success;
+   j["statusCode"] = static_cast<std::uint32_t>(code);
+   j["status"] = Zon::valueToStrep(code);
+   j["reason"] = reason;
+   j["action"] = verdictKey(verdictOf(code));
+}
+
+std::string number(std::uint64_t n) {
+   return std::to_string(n);
+}
+
+} // namespace
+
+Verdict verdictOf(LdpStatusCode code) noexcept {
+   if (code == LdpStatusCode::success) {
+      return Verdict::accept;
+   }
+   return code == LdpStatusCode::unknownMessageTypeIgnore ? Verdict::ignore : Verdict::notification;
+}
+
+std::string statusCodeText(LdpStatusCode code) {
+   auto const n = static_cast<std::uint32_t>(code);
+   char num[24];
+   if (n & 0x80000000u) {
+      std::snprintf(num, sizeof num, " (0x%08x)", n);
+   } else {
+      std::snprintf(num, sizeof num, " (%u)", n);
+   }
+   return Zon::valueToStrep(code) + num;
+}
+
+std::string verdictText(LdpStatusCode code) {
+   switch (verdictOf(code)) {
+    case Verdict::accept:
+      return "the agent accepts it";
+    case Verdict::ignore:
+      return "the agent ignores it silently";
+    case Verdict::notification:
+      break;
+   }
+   return "the agent answers with a Notification carrying " + statusCodeText(code);
+}
+
+std::uint64_t Totals::faultCount() const noexcept {
+   std::uint64_t n = 0;
+   for (auto const & [code, count] : faults) {
+      n += count;
+   }
+   return n;
+}
+
+void Reporter::frameSeen(FrameKind kind, Transport transport) noexcept {
+   ++totals_.frames;
+   switch (kind) {
+    case FrameKind::ldp:
+      ++(transport == Transport::udp ? totals_.udpFrames : totals_.tcpFrames);
+      break;
+    case FrameKind::otherIp:
+      ++totals_.otherIpFrames;
+      break;
+    case FrameKind::notIp:
+      ++totals_.notIpFrames;
+      break;
+    case FrameKind::fragment:
+      ++totals_.fragmentFrames;
+      break;
+    case FrameKind::malformed:
+      ++totals_.malformedFrames;
+      break;
+   }
+}
+
+void Reporter::tcpStreamDone(StreamStats const & s) noexcept {
+   ++totals_.tcpStreams;
+   totals_.tcp.segments += s.segments;
+   totals_.tcp.retransmitted += s.retransmitted;
+   totals_.tcp.overlapBytes += s.overlapBytes;
+   totals_.tcp.outOfOrder += s.outOfOrder;
+   totals_.tcp.gaps += s.gaps;
+   totals_.tcp.gapBytes += s.gapBytes;
+   totals_.tcp.skippedBytes += s.skippedBytes;
+   totals_.tcp.afterClose += s.afterClose;
+}
+
+void Reporter::headerLine(Origin const & o) {
+   if (!o.frame) {
+      out_ << "hex input  byte " << number(o.streamOffset);
+      return;
+   }
+   if (timeFrame_ != o.frame->number || timeText_.empty()) {
+      timeFrame_ = o.frame->number;
+      timeText_ = timeText(*o.frame);
+   }
+   out_ << "frame " << number(o.frame->number) << "  " << timeText_;
+   if (o.flowText) {
+      out_ << "  " << *o.flowText;
+   }
+   if (o.firstFrame && o.firstFrame != o.frame->number) {
+      out_ << "  (begins in frame " << number(o.firstFrame) << ')';
+   }
+}
+
+void Reporter::countSession(Origin const & o, Ldp::LdpIdentifier const & id) {
+   if (!lastIdValid_ || !(id == lastId_)) {
+      totals_.ldpIds.insert(id);
+      lastId_ = id;
+      lastIdValid_ = true;
+   }
+   if (!o.flow || o.flow->transport != Transport::tcp) {
+      return;
+   }
+   if (o.flow != lastFlow_) {
+      bool const srcFirst = o.flow->src < o.flow->dst;
+      auto key = srcFirst ? std::make_pair(o.flow->src, o.flow->dst) : std::make_pair(o.flow->dst, o.flow->src);
+      lastSession_ = &totals_.sessions[key];
+      lastSide_ = srcFirst ? 0 : 1;
+      lastFlow_ = o.flow;
+   }
+   lastSession_->ldpId[lastSide_] = id;
+   lastSession_->hasLdpId[lastSide_] = true;
+   ++lastSession_->pdus;
+}
+
+void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   auto const pdu = Ldp::ldpPduParserFactory(pkt, offset);
+   ++totals_.pdus;
+   bool const valid = pdu->validLdpPdu();
+   if (valid) {
+      countSession(origin, pdu->ldpIdentifier());
+   } else {
+      ++totals_.invalidPdus;
+      ++totals_.faults[static_cast<std::uint32_t>(pdu->statusCode())];
+   }
+   std::uint32_t const messages = valid ? pdu->messageNum() : 0;
+   totals_.messages += messages;
+
+   if (mode_ == OutputMode::summary || mode_ == OutputMode::jsonSummary) {
+      for (std::uint32_t i = 0; i < messages; ++i) {
+         auto const msg = Ldp::ldpMsgParserGet(pkt, pdu->messageOffset(i));
+         if (auto const * h = msg->msgHdr()) {
+            ++totals_.messagesPerType[static_cast<std::uint16_t>(h->type()) & 0x7FFF];
+         }
+         LdpStatusCode const code = msg->statusCode();
+         if (code != LdpStatusCode::success) {
+            if (code == LdpStatusCode::unknownMessageTypeIgnore) {
+               ++totals_.ignoredMessages;
+            } else {
+               ++totals_.invalidMessages;
+               ++totals_.faults[static_cast<std::uint32_t>(code)];
+            }
+         }
+      }
+      return;
+   }
+
+   if (mode_ == OutputMode::json) {
+      Json j;
+      j["type"] = "pdu";
+      putOrigin(j, origin);
+      if (auto const * h = pdu->header()) {
+         j["version"] = h->version();
+         j["length"] = h->length();
+         j["ldpId"] = h->ldpIdentifier().stringValue();
+      }
+      putStatus(j, pdu->statusCode(), pdu->reason());
+      j["text"] = valid ? std::string(pdu->header()->stringValue()) : std::string(pdu->stringValue());
+      Json list = Json::array();
+      for (std::uint32_t i = 0; i < messages; ++i) {
+         std::uint32_t const at = pdu->messageOffset(i);
+         auto const msg = Ldp::ldpMsgParserGet(pkt, at);
+         Json m;
+         m["index"] = i;
+         m["offset"] = at - offset;
+         if (auto const * h = msg->msgHdr()) {
+            ++totals_.messagesPerType[static_cast<std::uint16_t>(h->type()) & 0x7FFF];
+            m["type"] = Zon::valueToStrep(h->type());
+            m["typeCode"] = static_cast<std::uint16_t>(h->type());
+            m["uBit"] = h->unknown();
+            m["length"] = h->length();
+            m["msgId"] = h->msgId();
+         }
+         LdpStatusCode const code = msg->statusCode();
+         if (code == LdpStatusCode::unknownMessageTypeIgnore) {
+            ++totals_.ignoredMessages;
+         } else if (code != LdpStatusCode::success) {
+            ++totals_.invalidMessages;
+            ++totals_.faults[static_cast<std::uint32_t>(code)];
+         }
+         putStatus(m, code, msg->reason());
+         m["parser"] = msg->fwkType();
+         m["text"] = std::string(msg->stringValue());
+         list.push_back(std::move(m));
+      }
+      j["messages"] = std::move(list);
+      out_ << jsonLine(j) << '\n';
+      return;
+   }
+
+   // Text: the header line, then the PDU's text form, which is the PDU header's
+   // text and, per message, "\n<i>: " and the message parser's text, and a final
+   // newline. It is put together here from the parts so that each message is
+   // parsed once for both its text and its verdict.
+   headerLine(origin);
+   out_ << '\n';
+   if (!valid) {
+      out_ << pdu->stringValue() << '\n';
+      out_ << "  fault: PDU: " << statusCodeText(pdu->statusCode()) << ": " << pdu->reason() << "; "
+           << verdictText(pdu->statusCode()) << '\n';
+      out_ << '\n';
+      return;
+   }
+   out_ << pdu->header()->stringValue();
+   std::string faults;
+   char index[24];
+   for (std::uint32_t i = 0; i < messages; ++i) {
+      auto const msg = Ldp::ldpMsgParserGet(pkt, pdu->messageOffset(i));
+      auto const * h = msg->msgHdr();
+      if (h) {
+         ++totals_.messagesPerType[static_cast<std::uint16_t>(h->type()) & 0x7FFF];
+      }
+      std::snprintf(index, sizeof index, "\n%u: ", static_cast<unsigned>(i));
+      out_ << index << msg->stringValue();
+      LdpStatusCode const code = msg->statusCode();
+      if (code == LdpStatusCode::success) {
+         continue;
+      }
+      if (code == LdpStatusCode::unknownMessageTypeIgnore) {
+         ++totals_.ignoredMessages;
+         faults += "  ignored: message ";
+      } else {
+         ++totals_.invalidMessages;
+         ++totals_.faults[static_cast<std::uint32_t>(code)];
+         faults += "  fault: message ";
+      }
+      faults += std::to_string(i);
+      if (h) {
+         faults += " (" + Zon::valueToStrep(h->type()) + ", id " + std::to_string(h->msgId()) + ")";
+      }
+      faults += ": " + statusCodeText(code) + ": " + msg->reason() + "; " + verdictText(code) + '\n';
+   }
+   out_ << '\n' << faults << '\n';
+}
+
+void Reporter::streamNote(Origin const & origin, StreamNote const & n) {
+   std::string text;
+   char const * kind = "";
+   switch (n.kind) {
+    case StreamNoteKind::joinedMidStream:
+      kind = "joinedMidStream";
+      text = "joined the stream mid-way (no SYN seen): ";
+      if (!n.headerFound) {
+         text += "no PDU header found in " + number(n.bytes) + " bytes";
+      } else if (n.bytes) {
+         text += "skipped " + number(n.bytes) + " bytes to the first PDU header";
+      } else {
+         text += "its first segment begins with a PDU header";
+      }
+      break;
+    case StreamNoteKind::resynchronised:
+      kind = "resynchronised";
+      text = n.headerFound ? "resynchronised: skipped " + number(n.bytes) + " bytes to the next PDU header"
+                           : "no PDU header found in the " + number(n.bytes) + " bytes that follow";
+      break;
+    case StreamNoteKind::gap:
+      kind = "gap";
+      text = "gap: " + number(n.bytes) + " bytes at stream byte " + number(n.streamOffset) +
+             " are not in the capture";
+      if (n.pduBytes) {
+         text += "; dropped " + number(n.pduBytes) + " bytes of an unfinished PDU";
+         if (n.pduSize) {
+            text += " of " + number(n.pduSize) + " bytes";
+         }
+      }
+      break;
+    case StreamNoteKind::endInsidePdu:
+      kind = "endInsidePdu";
+      text = "the stream ends inside a PDU: " + number(n.pduBytes) + " bytes";
+      if (n.pduSize) {
+         text += " of " + number(n.pduSize);
+      }
+      text += " received";
+      break;
+   }
+   Origin o = origin;
+   o.streamOffset = n.streamOffset;
+   note(o, kind, text);
+}
+
+void Reporter::note(Origin const & origin, std::string_view kind, std::string const & text) {
+   ++totals_.notes[std::string(kind)];
+   if (mode_ == OutputMode::text) {
+      headerLine(origin);
+      out_ << "  note: " << text << "\n\n";
+   } else if (mode_ == OutputMode::json) {
+      Json j;
+      j["type"] = "note";
+      putOrigin(j, origin);
+      j["note"] = kind;
+      j["text"] = text;
+      out_ << jsonLine(j) << '\n';
+   }
+}
+
+void Reporter::finish() {
+   if (mode_ == OutputMode::summary) {
+      writeSummaryText();
+   } else if (mode_ == OutputMode::jsonSummary) {
+      writeSummaryJson();
+   }
+}
+
+namespace {
+
+std::string sessionSide(Endpoint const & e, bool hasId, Ldp::LdpIdentifier const & id) {
+   return (hasId ? std::string(id.stringValue()) : std::string("?")) + " (" + e.text() + ")";
+}
+
+} // namespace
+
+void Reporter::writeSummaryText() {
+   Totals const & t = totals_;
+   char line[160];
+   auto row = [&](int indent, std::string const & name, std::uint64_t value, std::string const & extra = {}) {
+      std::snprintf(line, sizeof line, "%*s%-*s %10llu", indent, "", 32 - indent, name.c_str(),
+                    static_cast<unsigned long long>(value));
+      out_ << line << extra << '\n';
+   };
+   row(0, "frames", t.frames);
+   row(2, "LDP over UDP", t.udpFrames);
+   row(2, "LDP over TCP", t.tcpFrames);
+   row(2, "other IP", t.otherIpFrames);
+   row(2, "not IP", t.notIpFrames);
+   row(2, "IP fragments (not decoded)", t.fragmentFrames);
+   row(2, "malformed", t.malformedFrames);
+   row(0, "PDUs", t.pdus);
+   row(2, "invalid", t.invalidPdus);
+   row(0, "messages", t.messages);
+   for (std::size_t type = 0; type < t.messagesPerType.size(); ++type) {
+      if (t.messagesPerType[type]) {
+         row(2, Zon::valueToStrep(static_cast<Ldp::LdpMsgType>(type)), t.messagesPerType[type]);
+      }
+   }
+   row(2, "invalid", t.invalidMessages);
+   row(2, "ignored (unknown type, U bit)", t.ignoredMessages);
+   row(0, "faults", t.faultCount());
+   for (auto const & [code, count] : t.faults) {
+      row(2, statusCodeText(static_cast<LdpStatusCode>(code)), count);
+   }
+   row(0, "LDP identifiers", t.ldpIds.size());
+   for (auto const & id : t.ldpIds) {
+      out_ << "  " << id.stringValue() << '\n';
+   }
+   row(0, "sessions", t.sessions.size());
+   for (auto const & [key, s] : t.sessions) {
+      out_ << "  " << sessionSide(key.first, s.hasLdpId[0], s.ldpId[0]) << " <-> "
+           << sessionSide(key.second, s.hasLdpId[1], s.ldpId[1]) << ": " << number(s.pdus) << " PDUs\n";
+   }
+   row(0, "TCP streams", t.tcpStreams);
+   row(2, "segments with data", t.tcp.segments);
+   row(2, "retransmitted", t.tcp.retransmitted);
+   row(2, "out of order", t.tcp.outOfOrder);
+   row(2, "overlapping bytes", t.tcp.overlapBytes);
+   row(2, "gaps", t.tcp.gaps);
+   row(2, "bytes missing in gaps", t.tcp.gapBytes);
+   row(2, "bytes skipped to resynchronise", t.tcp.skippedBytes);
+   row(2, "segments after FIN or RST", t.tcp.afterClose);
+   if (!t.notes.empty()) {
+      out_ << "notes\n";
+      for (auto const & [kind, count] : t.notes) {
+         row(2, kind, count);
+      }
+   }
+}
+
+void Reporter::writeSummaryJson() {
+   Totals const & t = totals_;
+   Json j;
+   j["type"] = "summary";
+   j["frames"] = {{"total", t.frames},          {"ldpUdp", t.udpFrames},
+                  {"ldpTcp", t.tcpFrames},      {"otherIp", t.otherIpFrames},
+                  {"notIp", t.notIpFrames},     {"fragments", t.fragmentFrames},
+                  {"malformed", t.malformedFrames}};
+   j["pdus"] = {{"total", t.pdus}, {"invalid", t.invalidPdus}};
+   Json perType = Json::object();
+   for (std::size_t type = 0; type < t.messagesPerType.size(); ++type) {
+      if (t.messagesPerType[type]) {
+         perType[std::string(Zon::valueToStrep(static_cast<Ldp::LdpMsgType>(type)))] = t.messagesPerType[type];
+      }
+   }
+   j["messages"] = {{"total", t.messages},
+                    {"invalid", t.invalidMessages},
+                    {"ignored", t.ignoredMessages},
+                    {"perType", perType}};
+   Json faults = Json::object();
+   for (auto const & [code, count] : t.faults) {
+      faults[std::string(Zon::valueToStrep(static_cast<LdpStatusCode>(code)))] = count;
+   }
+   j["faults"] = {{"total", t.faultCount()}, {"perStatus", faults}};
+   Json ids = Json::array();
+   for (auto const & id : t.ldpIds) {
+      ids.push_back(std::string(id.stringValue()));
+   }
+   j["ldpIds"] = ids;
+   Json sessions = Json::array();
+   for (auto const & [key, s] : t.sessions) {
+      Json sj;
+      sj["a"] = key.first.text();
+      sj["aLdpId"] = s.hasLdpId[0] ? Json(std::string(s.ldpId[0].stringValue())) : Json();
+      sj["b"] = key.second.text();
+      sj["bLdpId"] = s.hasLdpId[1] ? Json(std::string(s.ldpId[1].stringValue())) : Json();
+      sj["pdus"] = s.pdus;
+      sessions.push_back(std::move(sj));
+   }
+   j["sessions"] = sessions;
+   j["tcp"] = {{"streams", t.tcpStreams},          {"segments", t.tcp.segments},
+               {"retransmitted", t.tcp.retransmitted}, {"outOfOrder", t.tcp.outOfOrder},
+               {"overlapBytes", t.tcp.overlapBytes},   {"gaps", t.tcp.gaps},
+               {"gapBytes", t.tcp.gapBytes},           {"skippedBytes", t.tcp.skippedBytes},
+               {"afterClose", t.tcp.afterClose}};
+   Json notes = Json::object();
+   for (auto const & [kind, count] : t.notes) {
+      notes[kind] = count;
+   }
+   j["notes"] = notes;
+   out_ << jsonLine(j) << '\n';
+}
+
+} // namespace LdpDecode

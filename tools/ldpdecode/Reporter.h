@@ -1,0 +1,123 @@
+// The LDP side of the decoder: runs the library's receive path (PDU parser,
+// then the message parser of every message) over each PDU the capture layer
+// hands over, and prints what it sees as text, as JSON Lines, or only as
+// totals. Nothing here knows about link layers or TCP.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "CaptureTypes.h"
+#include "LinkLayer.h"
+#include "Output.h"
+#include "TcpStream.h"
+#include "ldp/wire/LdpIdentifier.h"
+#include "ldp/wire/LdpWireEnums.h"
+#include "vorin/Pkt.h"
+
+namespace LdpDecode {
+
+enum class OutputMode : std::uint8_t {
+   text,         // a header line and the parsers' text forms per PDU
+   json,         // one JSON object per PDU and per note
+   summary,      // totals only, as text
+   jsonSummary,  // totals only, as one JSON object
+};
+
+// What the agent does with a parse result.
+enum class Verdict : std::uint8_t { accept, notification, ignore };
+Verdict verdictOf(Ldp::LdpStatusCode code) noexcept;
+// "malformedTlv (8)", "unknownMessageTypeIgnore (0x80000004)".
+std::string statusCodeText(Ldp::LdpStatusCode code);
+// "the agent answers with a Notification carrying malformedTlv (8)", ...
+std::string verdictText(Ldp::LdpStatusCode code);
+
+// Where a PDU or a note comes from.
+struct Origin {
+   FrameMeta const * frame = nullptr;   // the frame that completed it; null for hex input
+   std::uint64_t firstFrame = 0;        // the frame that carried its first byte, when known
+   FlowKey const * flow = nullptr;      // null for hex input
+   std::string const * flowText = nullptr;  // "10.0.0.1:646 > 10.0.0.2:1025  TCP", made once per flow
+   std::uint64_t streamOffset = 0;      // TCP and hex input: position of its first byte
+};
+
+struct Totals {
+   std::uint64_t frames = 0;
+   std::uint64_t udpFrames = 0;
+   std::uint64_t tcpFrames = 0;
+   std::uint64_t otherIpFrames = 0;
+   std::uint64_t notIpFrames = 0;
+   std::uint64_t fragmentFrames = 0;
+   std::uint64_t malformedFrames = 0;
+   std::uint64_t pdus = 0;
+   std::uint64_t invalidPdus = 0;
+   std::uint64_t messages = 0;
+   std::uint64_t invalidMessages = 0;   // refused: the agent answers with a Notification
+   std::uint64_t ignoredMessages = 0;   // unknown type with the U bit: skipped silently
+   std::vector<std::uint64_t> messagesPerType = std::vector<std::uint64_t>(0x8000, 0);
+   std::map<std::uint32_t, std::uint64_t> faults;   // status code -> PDUs and messages refused with it
+   std::set<Ldp::LdpIdentifier> ldpIds;
+   std::map<std::string, std::uint64_t> notes;      // note kind -> count
+   StreamStats tcp;
+   std::uint64_t tcpStreams = 0;
+
+   struct Session {
+      Ldp::LdpIdentifier ldpId[2];
+      bool hasLdpId[2] = {false, false};
+      std::uint64_t pdus = 0;
+   };
+   // TCP connections that carried PDUs, by their two endpoints (lower first).
+   std::map<std::pair<Endpoint, Endpoint>, Session> sessions;
+
+   std::uint64_t faultCount() const noexcept;
+};
+
+class Reporter {
+ public:
+   Reporter(OutputMode mode, Output & out) : mode_(mode), out_(out) {}
+
+   OutputMode mode() const noexcept { return mode_; }
+
+   // One PDU at offset of pkt. A PDU cut out of a stream whose header is not a
+   // PDU's (badHeader) is still judged by the PDU parser.
+   void pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
+   void streamNote(Origin const & origin, StreamNote const & note);
+   // A note of the capture layer: kind is a short key ("gap"), text a sentence.
+   void note(Origin const & origin, std::string_view kind, std::string const & text);
+   void frameSeen(FrameKind kind, Transport transport) noexcept;
+   void tcpStreamDone(StreamStats const & stats) noexcept;
+
+   // Writes the totals in the summary modes.
+   void finish();
+
+   Totals const & totals() const noexcept { return totals_; }
+   bool faultFound() const noexcept { return totals_.faultCount() != 0; }
+
+ private:
+   void headerLine(Origin const & origin);
+   void countSession(Origin const & origin, Ldp::LdpIdentifier const & id);
+   void writeSummaryText();
+   void writeSummaryJson();
+
+   OutputMode mode_;
+   Output & out_;
+   Totals totals_;
+   // The last identifier and session seen, so that a run of PDUs of one
+   // session costs no lookups.
+   bool lastIdValid_ = false;
+   Ldp::LdpIdentifier lastId_;
+   FlowKey const * lastFlow_ = nullptr;
+   Totals::Session * lastSession_ = nullptr;
+   int lastSide_ = 0;
+   // The time text of the last frame printed.
+   std::uint64_t timeFrame_ = 0;
+   std::string timeText_;
+};
+
+} // namespace LdpDecode

@@ -1,0 +1,240 @@
+// ldpdecode: decodes the LDP traffic of a capture as the agent's receive path
+// sees it. The work is done by ldpdecode_core; this file reads the options and
+// the input.
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <optional>
+#include <sstream>
+#include <string>
+
+#include "Decoder.h"
+#include "HexInput.h"
+#include "Output.h"
+#include "PcapInput.h"
+#include "Reporter.h"
+
+using namespace LdpDecode;
+
+namespace {
+
+constexpr int exitOk = 0;
+constexpr int exitFaults = 1;
+constexpr int exitUsage = 2;
+
+char const usageText[] =
+    "usage: ldpdecode [options] FILE|-\n"
+    "       ldpdecode [options] -i IFACE\n"
+    "       ldpdecode [options] --hex [FILE|-]\n"
+    "Decodes the LDP PDUs of a capture as an LDP agent's receive path sees them:\n"
+    "every PDU and message with the library's text form, every fault with its\n"
+    "status code and what the agent does with it.\n"
+    "\n"
+    "  FILE        pcap or pcapng capture; '-' reads it from standard input\n"
+    "  -i IFACE    capture live on IFACE until interrupted\n"
+    "  -f FILTER   BPF filter (live default: \"tcp port 646 or udp port 646\")\n"
+    "  -c COUNT    stop after COUNT frames\n"
+    "  --hex       the input is hex text of LDP PDUs (FILE, or standard input),\n"
+    "              e.g. \"0001 001e 0a00 0001 0000 ...\"; blanks and : , - | are ignored\n"
+    "  --summary   print totals only: frames, PDUs, messages per type, faults per\n"
+    "              status code, LDP identifiers and sessions\n"
+    "  --json      JSON Lines: one object per PDU and per note; with --summary one\n"
+    "              object of totals\n"
+    "  --check     exit status 1 when the agent would refuse any PDU or message\n"
+    "  -h, --help  this text\n"
+    "\n"
+    "Exit status: 0 decoded; 1 faults found (with --check); 2 usage or input error.\n";
+
+struct Options {
+   std::string input;         // file, "-", or empty
+   std::string iface;
+   std::optional<std::string> filter;
+   std::uint64_t count = 0;   // 0: no limit
+   bool hex = false;
+   bool summary = false;
+   bool json = false;
+   bool check = false;
+   bool help = false;
+};
+
+struct UsageError {
+   std::string what;
+};
+
+Options parseOptions(int argc, char ** argv) {
+   Options o;
+   bool inputSeen = false;
+   auto value = [&](int & i, char const * opt) -> std::string {
+      if (i + 1 >= argc) {
+         throw UsageError{std::string("option ") + opt + " needs a value"};
+      }
+      return argv[++i];
+   };
+   for (int i = 1; i < argc; ++i) {
+      std::string const a = argv[i];
+      if (a == "-h" || a == "--help") {
+         o.help = true;
+      } else if (a == "--hex") {
+         o.hex = true;
+      } else if (a == "--summary") {
+         o.summary = true;
+      } else if (a == "--json") {
+         o.json = true;
+      } else if (a == "--check") {
+         o.check = true;
+      } else if (a == "-i") {
+         o.iface = value(i, "-i");
+      } else if (a == "-f") {
+         o.filter = value(i, "-f");
+      } else if (a == "-c") {
+         std::string const v = value(i, "-c");
+         char * end = nullptr;
+         unsigned long long const n = std::strtoull(v.c_str(), &end, 10);
+         if (v.empty() || *end || n == 0) {
+            throw UsageError{"-c needs a positive number of frames, not \"" + v + "\""};
+         }
+         o.count = n;
+      } else if (a.size() > 1 && a[0] == '-') {
+         throw UsageError{"unknown option " + a};
+      } else {
+         if (inputSeen) {
+            throw UsageError{"more than one input: \"" + o.input + "\" and \"" + a + "\""};
+         }
+         o.input = a;
+         inputSeen = true;
+      }
+   }
+   if (o.help) {
+      return o;
+   }
+   if (!o.iface.empty() && (inputSeen || o.hex)) {
+      throw UsageError{"-i reads a live capture: give no FILE and no --hex with it"};
+   }
+   if (o.hex && (o.filter || o.count)) {
+      throw UsageError{"-f and -c apply to captures, not to --hex input"};
+   }
+   if (o.hex && !inputSeen) {
+      o.input = "-";
+   }
+   if (o.iface.empty() && o.input.empty()) {
+      throw UsageError{"no input: give a capture FILE ('-' for standard input), -i IFACE, or --hex"};
+   }
+   return o;
+}
+
+PcapInput * liveInput = nullptr;
+
+extern "C" void onSignal(int) {
+   if (liveInput) {
+      liveInput->breakLoop();
+   }
+}
+
+std::string readAll(std::string const & path) {
+   if (path == "-") {
+      std::ostringstream s;
+      s << std::cin.rdbuf();
+      return s.str();
+   }
+   std::ifstream f(path, std::ios::binary);
+   if (!f) {
+      throw InputError(path + ": cannot open: " + std::strerror(errno));
+   }
+   return std::string(std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>());
+}
+
+OutputMode modeOf(Options const & o) {
+   if (o.summary) {
+      return o.json ? OutputMode::jsonSummary : OutputMode::summary;
+   }
+   return o.json ? OutputMode::json : OutputMode::text;
+}
+
+} // namespace
+
+int main(int argc, char ** argv) {
+   Options opt;
+   try {
+      opt = parseOptions(argc, argv);
+   } catch (UsageError const & e) {
+      std::fprintf(stderr, "ldpdecode: %s\nTry 'ldpdecode --help'.\n", e.what.c_str());
+      return exitUsage;
+   }
+   if (opt.help) {
+      std::fputs(usageText, stdout);
+      return exitOk;
+   }
+
+   Output out(stdout);
+   Reporter reporter(modeOf(opt), out);
+   Decoder decoder(reporter);
+   std::string inputName;
+   bool started = false;
+   try {
+      if (opt.hex) {
+         inputName = opt.input == "-" ? "standard input" : opt.input;
+         std::vector<std::uint8_t> const bytes = parseHexText(readAll(opt.input));
+         if (bytes.empty()) {
+            throw InputError(inputName + ": no hex bytes in the input");
+         }
+         started = true;
+         decoder.rawStream(bytes);
+      } else {
+         PcapInput input = opt.iface.empty() ? PcapInput::openFile(opt.input) : PcapInput::openLive(opt.iface);
+         inputName = input.name();
+         if (opt.filter) {
+            input.filterIs(*opt.filter);
+         } else if (input.live()) {
+            input.filterIs(PcapInput::defaultLiveFilter);
+         }
+         auto const link = linkTypeOfDlt(input.linkType());
+         if (!link) {
+            throw InputError(input.name() + ": unsupported link type " + std::to_string(input.linkType()) + " (" +
+                             input.linkTypeName() + "); supported: " + supportedLinkTypesText());
+         }
+         decoder.linkTypeIs(*link);
+         if (input.live()) {
+            liveInput = &input;
+            std::signal(SIGINT, onSignal);
+            std::signal(SIGTERM, onSignal);
+         }
+         started = true;
+         FrameMeta meta;
+         std::span<std::uint8_t const> bytes;
+         std::uint64_t frames = 0;
+         while (input.next(meta, bytes)) {
+            decoder.frame(meta, bytes);
+            if (input.live()) {
+               out.flush();
+            }
+            if (opt.count && ++frames == opt.count) {
+               break;
+            }
+         }
+         liveInput = nullptr;
+      }
+   } catch (InputError const & e) {
+      liveInput = nullptr;
+      if (started) {
+         decoder.finish();
+      }
+      out.flush();
+      std::fprintf(stderr, "ldpdecode: %s\n", e.what());
+      return exitUsage;
+   }
+   decoder.finish();
+   if (!out.flush()) {
+      std::fprintf(stderr, "ldpdecode: cannot write the output: %s\n", std::strerror(errno));
+      return exitUsage;
+   }
+   Totals const & t = reporter.totals();
+   if (t.pdus == 0) {
+      std::fprintf(stderr, "ldpdecode: %s: no LDP PDUs in %llu frames (UDP or TCP port 646)\n", inputName.c_str(),
+                   static_cast<unsigned long long>(t.frames));
+   }
+   return opt.check && reporter.faultFound() ? exitFaults : exitOk;
+}
