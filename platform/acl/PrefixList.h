@@ -54,8 +54,8 @@ class PrefixListEntry {
 class PrefixList : public Zon::Entity {
  public:
    struct Attr {
-      static constexpr Zon::AttrId prefixEntry = Zon::Entity::Attr::count;
-      static constexpr Zon::AttrId count = prefixEntry + 1;
+      static constexpr Zon::AttrId prefixEntry = Zon::Entity::Attr::attrCount;
+      static constexpr Zon::AttrId attrCount = prefixEntry + 1;
    };
    using Entries = Zon::ValueMap<std::uint32_t, PrefixListEntry, Zon::Ordered>;
 
@@ -76,6 +76,7 @@ class PrefixList : public Zon::Entity {
       }
    }
    void prefixEntryDelAll() {
+      Hold const hold(this);
       prefixEntry_.eraseEach([this](std::uint32_t const & seq) { notify(Attr::prefixEntry, &seq); });
    }
 

@@ -12,8 +12,8 @@ namespace Acl {
 class ServiceAclTypeVrfMap : public Zon::Entity {
  public:
    struct Attr {
-      static constexpr Zon::AttrId serviceAcl = Zon::Entity::Attr::count;
-      static constexpr Zon::AttrId count = serviceAcl + 1;
+      static constexpr Zon::AttrId serviceAcl = Zon::Entity::Attr::attrCount;
+      static constexpr Zon::AttrId attrCount = serviceAcl + 1;
    };
    using Map = Zon::ValueMap<Zon::Name, Zon::Name, Zon::Ordered>;
 
@@ -34,6 +34,7 @@ class ServiceAclTypeVrfMap : public Zon::Entity {
       }
    }
    void serviceAclDelAll() {
+      Hold const hold(this);
       serviceAcl_.eraseEach([this](Zon::Name const & s) { notify(Attr::serviceAcl, &s); });
    }
 

@@ -22,7 +22,7 @@
 namespace Zon {
 
 // Identifies one attribute of an entity class. Generated classes number their
-// attributes from their base class's Attr::count on.
+// attributes from their base class's Attr::attrCount on.
 using AttrId = std::uint16_t;
 inline constexpr AttrId allAttrs = 0xffff;
 
@@ -56,10 +56,10 @@ class Observer {
 
 class Entity : public PtrInterface {
  public:
-   // Generated classes extend these: their attribute ids start at Base::Attr::count,
+   // Generated classes extend these: their attribute ids start at Base::Attr::attrCount,
    // and their Notifiee derives from Base::Notifiee.
    struct Attr {
-      static constexpr AttrId count = 0;
+      static constexpr AttrId attrCount = 0;
    };
    using Notifiee = Observer;
 
@@ -79,6 +79,28 @@ class Entity : public PtrInterface {
  protected:
    explicit Entity(Name name) noexcept : name_(std::move(name)) {}
    ~Entity() override;
+
+   // Keeps the entity alive across a series of notifications (emptying a
+   // collection), since an observer may drop the last reference. An entity that
+   // nobody holds yet is not counted.
+   class Hold {
+    public:
+      explicit Hold(Entity const * e) noexcept : e_(e->references() != 0 ? e : nullptr) {
+         if (e_) {
+            e_->ref();
+         }
+      }
+      ~Hold() {
+         if (e_) {
+            e_->unref();
+         }
+      }
+      Hold(Hold const &) = delete;
+      Hold & operator=(Hold const &) = delete;
+
+    private:
+      Entity const * e_;
+   };
 
    // Tells the observers of `attr`; `key` is the changed element's key or null.
    void notify(AttrId attr, void const * key = nullptr) const {

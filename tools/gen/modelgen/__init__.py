@@ -1,0 +1,1 @@
+"""The model generator: schema reader, naming rules, per-kind emitters, file emitters."""
