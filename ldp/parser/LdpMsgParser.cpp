@@ -21,6 +21,18 @@ Zon::Ptr<LdpTlvGroupParser> LdpMsgParser::newTlvGroupParser(Zon::String8 const &
    return tlvGroupParser_;
 }
 
+Zon::Ptr<LdpFecTlvParser> LdpMsgParser::ldpFecTlvParserIs(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   if (!ldpFecTlvParser_ || ldpFecTlvParser_->pkt() != pkt || ldpFecTlvParser_->offset() != offset) {
+      newLdpFecTlvParser(pkt, offset);
+   }
+   return ldpFecTlvParser_;
+}
+
+Zon::Ptr<LdpFecTlvParser> LdpMsgParser::newLdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   ldpFecTlvParser_ = ldpFecTlvParserFactory(pkt, offset);
+   return ldpFecTlvParser_;
+}
+
 LdpTlvHdr * LdpMsgParser::tlvAt(std::uint32_t index) const noexcept {
    return index < tlvNum() ? reader_.view<LdpTlvHdr>(tlvOffsetAt(index)) : nullptr;
 }

@@ -8,10 +8,12 @@
 
 #include <cstdint>
 
+#include "ldp/parser/LdpFecTlvParser.h"
 #include "ldp/parser/LdpParseFault.h"
 #include "ldp/parser/LdpPktReader.h"
 #include "ldp/parser/LdpTlvGroupParser.h"
 #include "ldp/wire/LdpHdr.h"
+#include "ldp/wire/LdpTlv.h"
 #include "vorin/Pkt.h"
 #include "zon/Ptr.h"
 
@@ -34,6 +36,11 @@ class LdpMsgParser : public Zon::PtrInterface {
    Zon::String8 const & reason() const noexcept { return result_.reason(); }
    LdpStatusCode statusCode() const noexcept { return result_.statusCode(); }
    bool validMsg() const noexcept { return result_.ok(); }
+   // The FEC TLV of a message that has one, and its parser.
+   LdpTlvHdr * msgFecTlv() const noexcept { return msgFecTlv_; }
+   Zon::Ptr<LdpFecTlvParser> const & ldpFecTlvParser() const noexcept { return ldpFecTlvParser_; }
+   // The Status TLV, where the message type uses one.
+   LdpStatusTlv * msgStatusTlv() const noexcept { return msgStatusTlv_; }
 
    void msgHdrIs(LdpMsgHdr * h) noexcept { msgHdr_ = h; }
    void statusCodeIs(LdpStatusCode c) noexcept { result_.statusCodeIs(c); }
@@ -41,6 +48,14 @@ class LdpMsgParser : public Zon::PtrInterface {
    Zon::Ptr<LdpTlvGroupParser> tlvGroupParserIs(Zon::String8 const & name);
    Zon::Ptr<LdpTlvGroupParser> newTlvGroupParser(Zon::String8 const & name);
    void tlvGroupParserDel() noexcept { tlvGroupParser_ = nullptr; }
+   void msgFecTlvIs(LdpTlvHdr * t) noexcept { msgFecTlv_ = t; }
+   void msgStatusTlvIs(LdpStatusTlv * t) noexcept { msgStatusTlv_ = t; }
+   // The parser of the FEC TLV at `offset` of `pkt`: ldpFecTlvParserIs keeps the
+   // current one when it parsed that TLV already, newLdpFecTlvParser always
+   // builds a new one. The message parsers apply the strict Wildcard rule.
+   Zon::Ptr<LdpFecTlvParser> ldpFecTlvParserIs(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
+   Zon::Ptr<LdpFecTlvParser> newLdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
+   void ldpFecTlvParserDel() noexcept { ldpFecTlvParser_ = nullptr; }
 
    // The run-time class of the parser, e.g. "Ldp::LdpMsgParser".
    virtual char const * fwkType() const noexcept { return "Ldp::LdpMsgParser"; }
@@ -96,6 +111,9 @@ class LdpMsgParser : public Zon::PtrInterface {
    LdpMsgHdr * msgHdr_ = nullptr;
    Zon::Ptr<LdpTlvGroupParser> tlvGroupParser_;
    LdpParseFault result_;
+   LdpTlvHdr * msgFecTlv_ = nullptr;
+   Zon::Ptr<LdpFecTlvParser> ldpFecTlvParser_;
+   LdpStatusTlv * msgStatusTlv_ = nullptr;
 };
 
 Zon::Ptr<LdpMsgParser> ldpMsgParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
