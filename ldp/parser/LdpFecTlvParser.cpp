@@ -62,8 +62,10 @@ T const * subTlvView(LdpPktReader const & params, std::uint32_t offset, std::uin
 
 } // namespace
 
-LdpFecTlvParser::LdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset, bool strict)
-    : pkt_(pkt), offset_(offset), strict_(strict) {
+LdpFecTlvParser::LdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
+                                 Zon::Ptr<LdpProtoParam const> const & protoParam)
+    : pkt_(pkt), offset_(offset), protoParam_(protoParam),
+      strict_(!protoParam || protoParam->fecTlvStrictPrefixWildcardOnlyElement()) {
    handleInitialized();
 }
 
@@ -487,8 +489,9 @@ Zon::String8 LdpFecTlvParser::stringValue() const {
    return Zon::String8(std::move(s));
 }
 
-Zon::Ptr<LdpFecTlvParser> ldpFecTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset, bool strict) {
-   return Zon::validPtr(Zon::makePtr<LdpFecTlvParser>(pkt, offset, strict));
+Zon::Ptr<LdpFecTlvParser> ldpFecTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
+                                                 Zon::Ptr<LdpProtoParam const> const & protoParam) {
+   return Zon::validPtr(Zon::makePtr<LdpFecTlvParser>(pkt, offset, protoParam));
 }
 
 } // namespace Ldp

@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "ldp/config/LdpProtoParam.h"
 #include "ldp/parser/LdpParseFault.h"
 #include "ldp/parser/LdpPktReader.h"
 #include "ldp/wire/LdpFecElement.h"
@@ -33,11 +34,15 @@ class LdpFecTlvParser : public Zon::PtrInterface {
 
    // Parses the FEC TLV whose header lies at `offset`. Under the strict rule a
    // Wildcard element must be the only element of the TLV; without it a Wildcard
-   // is accepted at any place.
-   LdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset, bool strict);
+   // is accepted at any place. The rule is strict without protocol parameters
+   // (the message parsers pass none) and when their
+   // fecTlvStrictPrefixWildcardOnlyElement is set.
+   LdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
+                   Zon::Ptr<LdpProtoParam const> const & protoParam);
 
    Zon::Ptr<Vorin::Pkt> const & pkt() const noexcept { return pkt_; }
    std::uint32_t offset() const noexcept { return offset_; }
+   Zon::Ptr<LdpProtoParam const> const & protoParam() const noexcept { return protoParam_; }
    // Whether the strict Wildcard rule applied to this parse.
    bool strict() const noexcept { return strict_; }
    LdpStatusCode statusCode() const noexcept { return result_.statusCode(); }
@@ -101,6 +106,7 @@ class LdpFecTlvParser : public Zon::PtrInterface {
 
    Zon::Ptr<Vorin::Pkt> pkt_;
    std::uint32_t offset_;
+   Zon::Ptr<LdpProtoParam const> protoParam_;
    bool strict_;
    bool hasWildcardFecElement_ = false;
    bool initialized_ = false;
@@ -112,8 +118,7 @@ class LdpFecTlvParser : public Zon::PtrInterface {
    std::vector<Entry> heap_;
 };
 
-// A parser under the strict Wildcard rule unless `strict` is false.
 Zon::Ptr<LdpFecTlvParser> ldpFecTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
-                                                 bool strict = true);
+                                                 Zon::Ptr<LdpProtoParam const> const & protoParam = nullptr);
 
 } // namespace Ldp

@@ -24,7 +24,7 @@ bool LdpFecMsgParser::fecMessageStepStart() {
 
 bool LdpFecMsgParser::fecTlvStep(std::uint32_t i, FecValidity validity, char const * wildcardReason) {
    msgFecTlvIs(tlvAt(i));
-   LdpFecTlvParser const & fec = *ldpFecTlvParserIs(pkt(), tlvOffsetAt(i));
+   LdpFecTlvParser const & fec = *ldpFecTlvParserIs(pkt(), tlvOffsetAt(i), nullptr);
    if (validity == FecValidity::checked && !fecParserValidStep()) {
       return false;
    }

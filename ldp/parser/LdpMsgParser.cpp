@@ -21,15 +21,18 @@ Zon::Ptr<LdpTlvGroupParser> LdpMsgParser::newTlvGroupParser(Zon::String8 const &
    return tlvGroupParser_;
 }
 
-Zon::Ptr<LdpFecTlvParser> LdpMsgParser::ldpFecTlvParserIs(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
-   if (!ldpFecTlvParser_ || ldpFecTlvParser_->pkt() != pkt || ldpFecTlvParser_->offset() != offset) {
-      newLdpFecTlvParser(pkt, offset);
+Zon::Ptr<LdpFecTlvParser> LdpMsgParser::ldpFecTlvParserIs(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
+                                                          Zon::Ptr<LdpProtoParam const> const & protoParam) {
+   if (!ldpFecTlvParser_ || ldpFecTlvParser_->pkt() != pkt || ldpFecTlvParser_->offset() != offset ||
+       ldpFecTlvParser_->protoParam() != protoParam) {
+      newLdpFecTlvParser(pkt, offset, protoParam);
    }
    return ldpFecTlvParser_;
 }
 
-Zon::Ptr<LdpFecTlvParser> LdpMsgParser::newLdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
-   ldpFecTlvParser_ = ldpFecTlvParserFactory(pkt, offset);
+Zon::Ptr<LdpFecTlvParser> LdpMsgParser::newLdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
+                                                           Zon::Ptr<LdpProtoParam const> const & protoParam) {
+   ldpFecTlvParser_ = ldpFecTlvParserFactory(pkt, offset, protoParam);
    return ldpFecTlvParser_;
 }
 

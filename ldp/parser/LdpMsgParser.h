@@ -51,10 +51,13 @@ class LdpMsgParser : public Zon::PtrInterface {
    void msgFecTlvIs(LdpTlvHdr * t) noexcept { msgFecTlv_ = t; }
    void msgStatusTlvIs(LdpStatusTlv * t) noexcept { msgStatusTlv_ = t; }
    // The parser of the FEC TLV at `offset` of `pkt`: ldpFecTlvParserIs keeps the
-   // current one when it parsed that TLV already, newLdpFecTlvParser always
-   // builds a new one. The message parsers apply the strict Wildcard rule.
-   Zon::Ptr<LdpFecTlvParser> ldpFecTlvParserIs(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
-   Zon::Ptr<LdpFecTlvParser> newLdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
+   // current one when it parsed that TLV already with the same parameters,
+   // newLdpFecTlvParser always builds a new one. The message parsers pass no
+   // parameters (the strict Wildcard rule).
+   Zon::Ptr<LdpFecTlvParser> ldpFecTlvParserIs(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
+                                               Zon::Ptr<LdpProtoParam const> const & protoParam);
+   Zon::Ptr<LdpFecTlvParser> newLdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
+                                                Zon::Ptr<LdpProtoParam const> const & protoParam);
    void ldpFecTlvParserDel() noexcept { ldpFecTlvParser_ = nullptr; }
 
    // The run-time class of the parser, e.g. "Ldp::LdpMsgParser".

@@ -34,8 +34,8 @@ std::string pwElement(char const * typeWord, std::string const & info) {
    return std::string("80 ") + typeWord + " " + lengthOf(info, 2) + " 00000007 " + info;
 }
 
-LdpFecTlvParser::Ptr parse(std::string const & hex, bool strict = true) {
-   return ldpFecTlvParserFactory(hexPkt(hex), 0, strict);
+LdpFecTlvParser::Ptr parse(std::string const & hex, Zon::Ptr<LdpProtoParam const> const & param = nullptr) {
+   return ldpFecTlvParserFactory(hexPkt(hex), 0, param);
 }
 
 struct FecCase {
@@ -106,15 +106,27 @@ TEST(LdpFecTlvParser, WildcardRule) {
    ASSERT_EQ(alone->fecElementNum(), 1u);
    EXPECT_EQ(alone->fecElement(0)->type(), LdpFecElementType::wildcardElement);
 
-   // Without the strict rule a Wildcard may stand anywhere.
-   auto const loose = parse(fecTlv("02 0001 08 0a | 01 | 03 0001 04 0a000001"), false);
+   std::string const mixed = fecTlv("02 0001 08 0a | 01 | 03 0001 04 0a000001");
+   // No protocol parameters: the strict rule.
+   auto const none = parse(mixed);
+   EXPECT_TRUE(none->strict());
+   EXPECT_EQ(none->protoParam(), nullptr);
+   EXPECT_EQ(none->statusCode(), Code::unknownFec);
+   EXPECT_FALSE(none->hasWildcardFecElement());
+   // Protocol parameters as configured by default: strict as well.
+   auto const param = Zon::makePtr<LdpProtoParam>(Zon::Name("param"));
+   auto const byDefault = parse(mixed, param);
+   EXPECT_TRUE(byDefault->strict());
+   EXPECT_EQ(byDefault->protoParam(), param);
+   EXPECT_EQ(byDefault->statusCode(), Code::unknownFec);
+   // With the switch off a Wildcard may stand anywhere.
+   param->fecTlvStrictPrefixWildcardOnlyElementIs(false);
+   auto const loose = parse(mixed, param);
    EXPECT_TRUE(loose->valid()) << loose->reason();
    EXPECT_FALSE(loose->strict());
    EXPECT_TRUE(loose->hasWildcardFecElement());
    EXPECT_EQ(loose->fecElementNum(), 3u);
-   auto const strict = parse(fecTlv("02 0001 08 0a | 01"));
-   EXPECT_TRUE(strict->strict());
-   EXPECT_FALSE(strict->hasWildcardFecElement());
+   EXPECT_TRUE(parse(fecTlv("01 01"), param)->valid());
 }
 
 TEST(LdpFecTlvParser, PwIdElementFaults) {

@@ -389,10 +389,16 @@ TEST(LdpLabelAbortReqMsgParser, ViewsAndText) {
 TEST(LdpLabelMsgParser, FecParserIsKeptForTheSameTlv) {
    auto const p = ldpLabelMappingMsgParserFactory(hexPkt(message("0400", prefixFec + genLabel)), 0);
    auto const first = p->ldpFecTlvParser();
-   EXPECT_EQ(p->ldpFecTlvParserIs(p->pkt(), 8), first);
-   EXPECT_NE(p->newLdpFecTlvParser(p->pkt(), 8), first);
-   auto const other = p->ldpFecTlvParserIs(p->pkt(), 19); // the label TLV, seen as a FEC TLV
-   EXPECT_NE(other, first);
+   EXPECT_TRUE(first->strict());
+   EXPECT_EQ(p->ldpFecTlvParserIs(p->pkt(), 8, nullptr), first);
+   auto const renewed = p->newLdpFecTlvParser(p->pkt(), 8, nullptr);
+   EXPECT_NE(renewed, first);
+   auto const param = Zon::makePtr<LdpProtoParam>(Zon::Name("param"));
+   auto const withParam = p->ldpFecTlvParserIs(p->pkt(), 8, param);
+   EXPECT_NE(withParam, renewed);
+   EXPECT_EQ(withParam->protoParam(), param);
+   auto const other = p->ldpFecTlvParserIs(p->pkt(), 19, param); // the label TLV, seen as a FEC TLV
+   EXPECT_NE(other, withParam);
    EXPECT_EQ(other->offset(), 19u);
    p->ldpFecTlvParserDel();
    EXPECT_EQ(p->ldpFecTlvParser(), nullptr);
