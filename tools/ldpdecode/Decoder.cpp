@@ -7,9 +7,13 @@ struct Decoder::Flow final : StreamSink {
    Flow(Decoder & d, FlowKey const & k)
        : decoder(d), key(k), text(k.src.text() + " > " + k.dst.text() + "  TCP"), stream(*this) {}
 
-   Origin origin(std::uint64_t firstFrame, std::uint64_t streamOffset) const {
+   // While frames come in, a PDU or note belongs to the frame being decoded.
+   // At the end of the capture (data held behind a gap, an unfinished PDU) there
+   // is no such frame: a PDU is shown at the frame of its last byte, a note at
+   // the end of the capture.
+   Origin origin(FrameMeta const * frame, std::uint64_t firstFrame, std::uint64_t streamOffset) const {
       Origin o;
-      o.frame = decoder.frame_.number ? &decoder.frame_ : nullptr;
+      o.frame = raw ? nullptr : frame;
       o.firstFrame = firstFrame;
       o.flow = raw ? nullptr : &key;
       o.flowText = raw ? nullptr : &text;
@@ -17,10 +21,12 @@ struct Decoder::Flow final : StreamSink {
       return o;
    }
    void streamPdu(StreamPdu const & pdu) override {
-      decoder.reporter_.pdu(origin(pdu.firstFrame, pdu.streamOffset), pdu.pkt, pdu.offset);
+      FrameMeta const * frame = decoder.finishing_ ? &pdu.lastFrame : &decoder.frame_;
+      decoder.reporter_.pdu(origin(frame, pdu.firstFrame, pdu.streamOffset), pdu.pkt, pdu.offset);
    }
    void streamNote(StreamNote const & note) override {
-      decoder.reporter_.streamNote(origin(0, note.streamOffset), note);
+      FrameMeta const * frame = decoder.finishing_ ? nullptr : &decoder.frame_;
+      decoder.reporter_.streamNote(origin(frame, 0, note.streamOffset), note);
    }
 
    Decoder & decoder;
@@ -30,7 +36,7 @@ struct Decoder::Flow final : StreamSink {
    bool raw = false;
 };
 
-Decoder::Decoder(Reporter & reporter) : reporter_(reporter) {}
+Decoder::Decoder(ReportSink & reporter) : reporter_(reporter) {}
 
 Decoder::~Decoder() = default;
 
@@ -59,16 +65,19 @@ void Decoder::frame(FrameMeta const & meta, std::span<std::uint8_t const> bytes)
       datagram(s);
       return;
    }
-   tcpFlow(s.flow).stream.segment(s.seq, s.tcpFlags, s.payload, s.missingBytes, meta.number);
+   tcpFlow(s.flow).stream.segment(s.seq, s.tcpFlags, s.payload, s.missingBytes, meta);
 }
 
 void Decoder::datagram(Segment const & s) {
-   udpFlowText_ = s.flow.src.text() + " > " + s.flow.dst.text() + "  UDP";
+   auto it = udpFlows_.find(s.flow);
+   if (it == udpFlows_.end()) {
+      it = udpFlows_.emplace(s.flow, s.flow.src.text() + " > " + s.flow.dst.text() + "  UDP").first;
+   }
    Origin o;
    o.frame = &frame_;
    o.firstFrame = frame_.number;
-   o.flow = &s.flow;
-   o.flowText = &udpFlowText_;
+   o.flow = &it->first;
+   o.flowText = &it->second;
    if (s.payload.empty()) {
       reporter_.note(o, "emptyDatagram", "UDP datagram without payload");
       return;
@@ -92,10 +101,11 @@ void Decoder::rawStream(std::span<std::uint8_t const> bytes) {
    Flow & f = *flows_.back();
    f.raw = true;
    f.stream.startSynced();
-   f.stream.segment(0, 0, bytes, 0, 0);
+   f.stream.segment(0, 0, bytes, 0, FrameMeta{});
 }
 
 void Decoder::finish() {
+   finishing_ = true;
    for (auto & f : flows_) {
       f->stream.finish();
       if (!f->raw) {

@@ -1,5 +1,5 @@
 // The capture pipeline: frame -> link layer -> IP -> UDP datagram or TCP
-// segment -> per-direction stream -> PDU -> Reporter. UDP datagrams are one
+// segment -> per-direction stream -> PDU -> ReportSink. UDP datagrams are one
 // PDU each, as the agent's hello socket reads them; TCP directions are
 // reassembled into PDUs.
 #pragma once
@@ -20,7 +20,7 @@ namespace LdpDecode {
 
 class Decoder {
  public:
-   explicit Decoder(Reporter & reporter);
+   explicit Decoder(ReportSink & reporter);
    ~Decoder();
    Decoder(Decoder const &) = delete;
    Decoder & operator=(Decoder const &) = delete;
@@ -40,13 +40,16 @@ class Decoder {
    void datagram(Segment const & s);
    Flow & tcpFlow(FlowKey const & key);
 
-   Reporter & reporter_;
+   ReportSink & reporter_;
    LinkType link_ = LinkType::ethernet;
    FrameMeta frame_;
    std::unordered_map<FlowKey, Flow *, FlowKeyHash> flowIndex_;
    std::vector<std::unique_ptr<Flow>> flows_;   // in the order they began
    Flow * lastFlow_ = nullptr;
-   std::string udpFlowText_;
+   bool finishing_ = false;
+   // The text of each UDP flow, kept for the whole run: a report may be
+   // written after the frame that made it is gone.
+   std::unordered_map<FlowKey, std::string, FlowKeyHash> udpFlows_;
 };
 
 } // namespace LdpDecode

@@ -41,6 +41,8 @@ void putOrigin(Json & j, Origin const & o) {
          j["firstFrame"] = o.firstFrame;
       }
       j["time"] = timeText(*o.frame);
+   } else if (o.flow) {
+      j["endOfCapture"] = true;
    } else {
       j["input"] = "hex";
    }
@@ -66,6 +68,17 @@ void putStatus(Json & j, LdpStatusCode code, std::string const & reason) {
 
 std::string number(std::uint64_t n) {
    return std::to_string(n);
+}
+
+// The name of a message type; "unknown 0x3e00" for a type without one.
+std::string msgTypeName(std::size_t type) {
+   auto const t = static_cast<Ldp::LdpMsgType>(type);
+   if (Ldp::isKnownMsgType(static_cast<std::uint16_t>(type))) {
+      return Zon::valueToStrep(t);
+   }
+   char buf[24];
+   std::snprintf(buf, sizeof buf, "unknown 0x%04x", static_cast<unsigned>(type));
+   return buf;
 }
 
 } // namespace
@@ -108,6 +121,56 @@ std::uint64_t Totals::faultCount() const noexcept {
    return n;
 }
 
+void Totals::add(Totals const & o) {
+   frames += o.frames;
+   udpFrames += o.udpFrames;
+   tcpFrames += o.tcpFrames;
+   otherIpFrames += o.otherIpFrames;
+   notIpFrames += o.notIpFrames;
+   fragmentFrames += o.fragmentFrames;
+   malformedFrames += o.malformedFrames;
+   pdus += o.pdus;
+   invalidPdus += o.invalidPdus;
+   messages += o.messages;
+   invalidMessages += o.invalidMessages;
+   ignoredMessages += o.ignoredMessages;
+   for (std::size_t i = 0; i < messagesPerType.size(); ++i) {
+      messagesPerType[i] += o.messagesPerType[i];
+   }
+   for (auto const & [code, n] : o.faults) {
+      faults[code] += n;
+   }
+   ldpIds.insert(o.ldpIds.begin(), o.ldpIds.end());
+   for (auto const & [kind, n] : o.notes) {
+      notes[kind] += n;
+   }
+   tcp.segments += o.tcp.segments;
+   tcp.retransmitted += o.tcp.retransmitted;
+   tcp.overlapBytes += o.tcp.overlapBytes;
+   tcp.outOfOrder += o.tcp.outOfOrder;
+   tcp.gaps += o.tcp.gaps;
+   tcp.gapBytes += o.tcp.gapBytes;
+   tcp.skippedBytes += o.tcp.skippedBytes;
+   tcp.afterClose += o.tcp.afterClose;
+   tcpStreams += o.tcpStreams;
+   for (auto const & [key, s] : o.sessions) {
+      Session & mine = sessions[key];
+      mine.pdus += s.pdus;
+      for (int side = 0; side < 2; ++side) {
+         if (s.hasLdpId[side]) {
+            mine.ldpId[side] = s.ldpId[side];
+            mine.hasLdpId[side] = true;
+         }
+      }
+   }
+}
+
+void Reporter::absorb(Totals const & other) {
+   totals_.add(other);
+   lastFlow_ = nullptr;  // the session map may hold new entries
+   lastIdValid_ = false;
+}
+
 void Reporter::frameSeen(FrameKind kind, Transport transport) noexcept {
    ++totals_.frames;
    switch (kind) {
@@ -130,20 +193,19 @@ void Reporter::frameSeen(FrameKind kind, Transport transport) noexcept {
 }
 
 void Reporter::tcpStreamDone(StreamStats const & s) noexcept {
-   ++totals_.tcpStreams;
-   totals_.tcp.segments += s.segments;
-   totals_.tcp.retransmitted += s.retransmitted;
-   totals_.tcp.overlapBytes += s.overlapBytes;
-   totals_.tcp.outOfOrder += s.outOfOrder;
-   totals_.tcp.gaps += s.gaps;
-   totals_.tcp.gapBytes += s.gapBytes;
-   totals_.tcp.skippedBytes += s.skippedBytes;
-   totals_.tcp.afterClose += s.afterClose;
+   Totals one;
+   one.tcpStreams = 1;
+   one.tcp = s;
+   totals_.add(one);
 }
 
 void Reporter::headerLine(Origin const & o) {
    if (!o.frame) {
-      out_ << "hex input  byte " << number(o.streamOffset);
+      if (o.flowText) {
+         out_ << "end of capture  " << *o.flowText;
+      } else {
+         out_ << "hex input  byte " << number(o.streamOffset);
+      }
       return;
    }
    if (timeFrame_ != o.frame->number || timeText_.empty()) {
@@ -232,11 +294,13 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
          m["offset"] = at - offset;
          if (auto const * h = msg->msgHdr()) {
             ++totals_.messagesPerType[static_cast<std::uint16_t>(h->type()) & 0x7FFF];
-            m["type"] = Zon::valueToStrep(h->type());
+            m["type"] = msgTypeName(static_cast<std::uint16_t>(h->type()));
             m["typeCode"] = static_cast<std::uint16_t>(h->type());
             m["uBit"] = h->unknown();
             m["length"] = h->length();
-            m["msgId"] = h->msgId();
+            if (h->totalLength() >= Ldp::LdpMsgHdr::wireBytes) {
+               m["msgId"] = h->msgId();
+            }
          }
          LdpStatusCode const code = msg->statusCode();
          if (code == LdpStatusCode::unknownMessageTypeIgnore) {
@@ -293,7 +357,11 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
       }
       faults += std::to_string(i);
       if (h) {
-         faults += " (" + Zon::valueToStrep(h->type()) + ", id " + std::to_string(h->msgId()) + ")";
+         faults += " (" + msgTypeName(static_cast<std::uint16_t>(h->type()));
+         if (h->totalLength() >= Ldp::LdpMsgHdr::wireBytes) {  // else the ID is not part of the message
+            faults += ", id " + std::to_string(h->msgId());
+         }
+         faults += ")";
       }
       faults += ": " + statusCodeText(code) + ": " + msg->reason() + "; " + verdictText(code) + '\n';
    }
@@ -396,7 +464,7 @@ void Reporter::writeSummaryText() {
    row(0, "messages", t.messages);
    for (std::size_t type = 0; type < t.messagesPerType.size(); ++type) {
       if (t.messagesPerType[type]) {
-         row(2, Zon::valueToStrep(static_cast<Ldp::LdpMsgType>(type)), t.messagesPerType[type]);
+         row(2, msgTypeName(type), t.messagesPerType[type]);
       }
    }
    row(2, "invalid", t.invalidMessages);
@@ -443,7 +511,7 @@ void Reporter::writeSummaryJson() {
    Json perType = Json::object();
    for (std::size_t type = 0; type < t.messagesPerType.size(); ++type) {
       if (t.messagesPerType[type]) {
-         perType[std::string(Zon::valueToStrep(static_cast<Ldp::LdpMsgType>(type)))] = t.messagesPerType[type];
+         perType[msgTypeName(type)] = t.messagesPerType[type];
       }
    }
    j["messages"] = {{"total", t.messages},

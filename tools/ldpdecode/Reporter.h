@@ -40,7 +40,9 @@ std::string verdictText(Ldp::LdpStatusCode code);
 
 // Where a PDU or a note comes from.
 struct Origin {
-   FrameMeta const * frame = nullptr;   // the frame that completed it; null for hex input
+   // The frame that completed it; null for hex input and for notes made at the
+   // end of the capture.
+   FrameMeta const * frame = nullptr;
    std::uint64_t firstFrame = 0;        // the frame that carried its first byte, when known
    FlowKey const * flow = nullptr;      // null for hex input
    std::string const * flowText = nullptr;  // "10.0.0.1:646 > 10.0.0.2:1025  TCP", made once per flow
@@ -76,28 +78,45 @@ struct Totals {
    std::map<std::pair<Endpoint, Endpoint>, Session> sessions;
 
    std::uint64_t faultCount() const noexcept;
+   void add(Totals const & other);
 };
 
-class Reporter {
+// What the capture layer hands over, in capture order.
+class ReportSink {
+ public:
+   // One PDU at offset of pkt. A PDU cut out of a stream whose header is not a
+   // PDU's is judged by the PDU parser like any other.
+   virtual void pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) = 0;
+   virtual void streamNote(Origin const & origin, StreamNote const & note) = 0;
+   // A note of the capture layer: kind is a short key ("gap"), text a sentence.
+   virtual void note(Origin const & origin, std::string_view kind, std::string const & text) = 0;
+   virtual void frameSeen(FrameKind kind, Transport transport) = 0;
+   virtual void tcpStreamDone(StreamStats const & stats) = 0;
+   // The end of the input: writes the totals in the summary modes.
+   virtual void finish() = 0;
+
+   virtual Totals const & totals() const noexcept = 0;
+   bool faultFound() const noexcept { return totals().faultCount() != 0; }
+
+   virtual ~ReportSink() = default;
+};
+
+class Reporter final : public ReportSink {
  public:
    Reporter(OutputMode mode, Output & out) : mode_(mode), out_(out) {}
 
    OutputMode mode() const noexcept { return mode_; }
 
-   // One PDU at offset of pkt. A PDU cut out of a stream whose header is not a
-   // PDU's (badHeader) is still judged by the PDU parser.
-   void pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
-   void streamNote(Origin const & origin, StreamNote const & note);
-   // A note of the capture layer: kind is a short key ("gap"), text a sentence.
-   void note(Origin const & origin, std::string_view kind, std::string const & text);
-   void frameSeen(FrameKind kind, Transport transport) noexcept;
-   void tcpStreamDone(StreamStats const & stats) noexcept;
+   void pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) override;
+   void streamNote(Origin const & origin, StreamNote const & note) override;
+   void note(Origin const & origin, std::string_view kind, std::string const & text) override;
+   void frameSeen(FrameKind kind, Transport transport) noexcept override;
+   void tcpStreamDone(StreamStats const & stats) noexcept override;
+   void finish() override;
 
-   // Writes the totals in the summary modes.
-   void finish();
-
-   Totals const & totals() const noexcept { return totals_; }
-   bool faultFound() const noexcept { return totals_.faultCount() != 0; }
+   Totals const & totals() const noexcept override { return totals_; }
+   // Adds the counts of another reporter (one that worked on other PDUs).
+   void absorb(Totals const & other);
 
  private:
    void headerLine(Origin const & origin);

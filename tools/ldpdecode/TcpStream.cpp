@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "CaptureTypes.h"
 #include "ldp/wire/LdpWireEnums.h"
 
 namespace LdpDecode {
@@ -100,7 +99,7 @@ std::int64_t TcpStream::offsetOf(std::uint32_t seq) const noexcept {
 }
 
 void TcpStream::segment(std::uint32_t seq, std::uint8_t flags, std::span<std::uint8_t const> payload,
-                        std::uint32_t missingBytes, std::uint64_t frame) {
+                        std::uint32_t missingBytes, FrameMeta const & frame) {
    std::uint32_t dataSeq = seq;
    bool const hasData = !payload.empty() || missingBytes != 0;
    if (flags & TcpFlag::syn) {
@@ -137,7 +136,7 @@ void TcpStream::segment(std::uint32_t seq, std::uint8_t flags, std::span<std::ui
 }
 
 void TcpStream::data(std::int64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing,
-                     std::uint64_t frame) {
+                     FrameMeta const & frame) {
    auto const next = static_cast<std::int64_t>(next_);
    std::int64_t const end = off + static_cast<std::int64_t>(bytes.size());
    std::int64_t const claimedEnd = end + missing;
@@ -176,7 +175,7 @@ void TcpStream::data(std::int64_t off, std::span<std::uint8_t const> bytes, std:
 }
 
 void TcpStream::hold(std::uint64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing,
-                     std::uint64_t frame) {
+                     FrameMeta const & frame) {
    auto it = held_.find(off);
    if (it != held_.end()) {
       Held & h = it->second;
@@ -216,11 +215,11 @@ void TcpStream::drainHeld() {
    }
 }
 
-void TcpStream::append(std::span<std::uint8_t const> bytes, std::uint64_t frame) {
+void TcpStream::append(std::span<std::uint8_t const> bytes, FrameMeta const & frame) {
    if (bytes.empty()) {
       return;
    }
-   if (marks_.empty() || marks_.back().frame != frame) {
+   if (marks_.empty() || marks_.back().frame.number != frame.number) {
       marks_.push_back({next_, frame});
    }
    if (buffered() == 0) {
@@ -404,7 +403,8 @@ void TcpStream::emit(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t at, std::ui
    pdu.offset = at;
    pdu.size = size;
    pdu.streamOffset = streamOffset;
-   pdu.firstFrame = frameOf(streamOffset);
+   pdu.firstFrame = frameOf(streamOffset).number;
+   pdu.lastFrame = frameOf(streamOffset + size - 1);
    pdu.badHeader = badHeader;
    sink_.streamPdu(pdu);
 }
@@ -424,11 +424,11 @@ void TcpStream::noteResync(std::uint64_t foundAt, bool found) {
    resyncFrom_ = foundAt;
 }
 
-std::uint64_t TcpStream::frameOf(std::uint64_t streamOffset) {
+FrameMeta TcpStream::frameOf(std::uint64_t streamOffset) {
    while (marks_.size() > 1 && marks_[1].offset <= streamOffset) {
       marks_.pop_front();
    }
-   return marks_.empty() ? 0 : marks_.front().frame;
+   return marks_.empty() ? FrameMeta{} : marks_.front().frame;
 }
 
 } // namespace LdpDecode

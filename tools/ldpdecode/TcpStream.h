@@ -11,6 +11,7 @@
 #include <span>
 #include <vector>
 
+#include "CaptureTypes.h"
 #include "vorin/Pkt.h"
 
 namespace LdpDecode {
@@ -23,6 +24,7 @@ struct StreamPdu {
    std::uint32_t size = 0;          // bytes of the PDU in pkt
    std::uint64_t streamOffset = 0;  // position of its first byte in the stream
    std::uint64_t firstFrame = 0;    // the frame that carried its first byte
+   FrameMeta lastFrame;             // the frame that carried its last byte
    // The header is not one of a PDU (version, or a length out of bounds): pkt
    // holds just enough bytes for the PDU parser to judge the header, and the
    // stream resynchronises behind it.
@@ -90,7 +92,7 @@ class TcpStream {
    // One TCP segment of this direction: sequence number, TcpFlag bits, the
    // captured payload and the payload bytes the capture cut off behind it.
    void segment(std::uint32_t seq, std::uint8_t flags, std::span<std::uint8_t const> payload,
-                std::uint32_t missingBytes, std::uint64_t frame);
+                std::uint32_t missingBytes, FrameMeta const & frame);
    // The end of the capture: missing bytes become gaps, an unfinished PDU is
    // reported.
    void finish();
@@ -105,11 +107,11 @@ class TcpStream {
    struct Held {
       std::vector<std::uint8_t> bytes;
       std::uint32_t missingAfter = 0;
-      std::uint64_t frame = 0;
+      FrameMeta frame;
    };
    struct FrameMark {
       std::uint64_t offset;
-      std::uint64_t frame;
+      FrameMeta frame;
    };
    struct RunPdu {
       std::size_t at;
@@ -118,9 +120,9 @@ class TcpStream {
 
    void open(std::uint32_t seqOfFirstByte, bool synced);
    std::int64_t offsetOf(std::uint32_t seq) const noexcept;
-   void data(std::int64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing, std::uint64_t frame);
-   void append(std::span<std::uint8_t const> bytes, std::uint64_t frame);
-   void hold(std::uint64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing, std::uint64_t frame);
+   void data(std::int64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing, FrameMeta const & frame);
+   void append(std::span<std::uint8_t const> bytes, FrameMeta const & frame);
+   void hold(std::uint64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing, FrameMeta const & frame);
    void drainHeld();
    void gapAt(std::uint64_t missing);
    void closeIfFinished();
@@ -134,7 +136,7 @@ class TcpStream {
    void emit(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t at, std::uint32_t size, std::uint64_t streamOffset,
              bool badHeader);
    void noteResync(std::uint64_t foundAt, bool found);
-   std::uint64_t frameOf(std::uint64_t streamOffset);
+   FrameMeta frameOf(std::uint64_t streamOffset);
    std::size_t buffered() const noexcept { return buf_.size() - head_; }
 
    StreamSink & sink_;

@@ -8,13 +8,16 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <thread>
 
 #include "Decoder.h"
 #include "HexInput.h"
 #include "Output.h"
+#include "ParallelReporter.h"
 #include "PcapInput.h"
 #include "Reporter.h"
 
@@ -45,6 +48,8 @@ char const usageText[] =
     "  --json      JSON Lines: one object per PDU and per note; with --summary one\n"
     "              object of totals\n"
     "  --check     exit status 1 when the agent would refuse any PDU or message\n"
+    "  --threads N parse on N worker threads (default: one per processor, at\n"
+    "              most 4; 0 parses on the reading thread, as live capture does)\n"
     "  -h, --help  this text\n"
     "\n"
     "Exit status: 0 decoded; 1 faults found (with --check); 2 usage or input error.\n";
@@ -54,6 +59,7 @@ struct Options {
    std::string iface;
    std::optional<std::string> filter;
    std::uint64_t count = 0;   // 0: no limit
+   int threads = -1;          // -1: chosen by the machine
    bool hex = false;
    bool summary = false;
    bool json = false;
@@ -90,6 +96,14 @@ Options parseOptions(int argc, char ** argv) {
          o.iface = value(i, "-i");
       } else if (a == "-f") {
          o.filter = value(i, "-f");
+      } else if (a == "--threads") {
+         std::string const v = value(i, "--threads");
+         char * end = nullptr;
+         unsigned long const n = std::strtoul(v.c_str(), &end, 10);
+         if (v.empty() || *end || n > 64) {
+            throw UsageError{"--threads needs a number from 0 to 64, not \"" + v + "\""};
+         }
+         o.threads = static_cast<int>(n);
       } else if (a == "-c") {
          std::string const v = value(i, "-c");
          char * end = nullptr;
@@ -170,7 +184,20 @@ int main(int argc, char ** argv) {
    }
 
    Output out(stdout);
-   Reporter reporter(modeOf(opt), out);
+   // Worker threads pay off on files; a live capture and hex input are printed
+   // as they come.
+   unsigned threads = 0;
+   if (opt.iface.empty() && !opt.hex) {
+      unsigned const cpus = std::thread::hardware_concurrency();
+      threads = opt.threads >= 0 ? static_cast<unsigned>(opt.threads) : (cpus > 1 ? std::min(cpus, 4u) : 0);
+   }
+   std::unique_ptr<ReportSink> sink;
+   if (threads) {
+      sink = std::make_unique<ParallelReporter>(modeOf(opt), out, threads);
+   } else {
+      sink = std::make_unique<Reporter>(modeOf(opt), out);
+   }
+   ReportSink & reporter = *sink;
    Decoder decoder(reporter);
    std::string inputName;
    bool started = false;

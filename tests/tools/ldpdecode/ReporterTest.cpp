@@ -51,10 +51,13 @@ TEST(Reporter, TextIsTheHeaderLineThenThePduParsersTextThenTheFaults) {
    Row const rows[] = {
        {"valid", mappingPdu, ""},
        {"unknown message types", unknownTypesPdu,
-        "  ignored: message 1 (16383, id 9): unknownMessageTypeIgnore (0x80000004): Unknown Message Type: 16383; "
+        "  ignored: message 1 (unknown 0x3fff, id 9): unknownMessageTypeIgnore (0x80000004): Unknown Message Type: 16383; "
         "the agent ignores it silently\n"
-        "  fault: message 2 (16382, id 10): unknownMessageType (4): Unknown Message Type: 16382; the agent "
+        "  fault: message 2 (unknown 0x3ffe, id 10): unknownMessageType (4): Unknown Message Type: 16382; the agent "
         "answers with a Notification carrying unknownMessageType (4)\n"},
+       {"message without room for its ID", "0001 0012 0a000001 0000 | 0201 0000 | 0201 0004 00000005",
+        "  fault: message 0 (LdpKeepAlive): malformedTlv (8): MSG length field too small, length = 4; the agent "
+        "answers with a Notification carrying malformedTlv (8)\n"},
        {"bad version", version2Pdu,
         "  fault: PDU: badVersion (2): LDP Version 2 not supported; the agent answers with a Notification "
         "carrying badVersion (2)\n"},

@@ -68,6 +68,10 @@ struct Seg {
 
 constexpr std::uint32_t defaultIsn = 1000;
 
+FrameMeta frameNo(std::uint64_t n) {
+   return FrameMeta{n, static_cast<std::int64_t>(n), 0};
+}
+
 // Feeds a SYN, then the segments in the order given (frame i + 1 carries
 // segment i), then ends the capture.
 std::vector<std::string> run(std::vector<std::uint8_t> const & stream, std::vector<Seg> const & segs,
@@ -75,11 +79,11 @@ std::vector<std::string> run(std::vector<std::uint8_t> const & stream, std::vect
    Recorder local;
    Recorder & r = keep ? *keep : local;
    TcpStream s(r);
-   s.segment(isn, TcpFlag::syn, {}, 0, 0);
+   s.segment(isn, TcpFlag::syn, {}, 0, frameNo(0));
    for (std::size_t i = 0; i < segs.size(); ++i) {
       Seg const & g = segs[i];
       s.segment(static_cast<std::uint32_t>(isn + 1 + g.from), g.flags,
-                std::span<std::uint8_t const>(stream).subspan(g.from, g.to - g.from), g.missing, i + 1);
+                std::span<std::uint8_t const>(stream).subspan(g.from, g.to - g.from), g.missing, frameNo(i + 1));
    }
    s.finish();
    return r.events;
@@ -144,6 +148,9 @@ TEST(TcpStream, PduBeginsInTheFrameOfItsFirstByte) {
    ASSERT_EQ(r.pdus.size(), 4u);
    EXPECT_EQ(r.pdus[0].firstFrame, 1u);
    EXPECT_EQ(r.pdus[1].firstFrame, 1u);  // bytes 18..54: begins in frame 1, ends in frame 2
+   EXPECT_EQ(r.pdus[0].lastFrame.number, 1u);
+   EXPECT_EQ(r.pdus[1].lastFrame.number, 2u);
+   EXPECT_EQ(r.pdus[1].lastFrame.seconds, 2);
    EXPECT_EQ(r.pdus[2].firstFrame, 2u);
    EXPECT_EQ(r.pdus[2].pkt.ptr(), r.pdus[3].pkt.ptr());
 }
@@ -210,8 +217,8 @@ TEST(TcpStream, JoiningMidStreamSkipsToTheFirstPlausibleHeader) {
          Recorder r;
          TcpStream s(r);
          std::span<std::uint8_t const> const all(stream);
-         s.segment(static_cast<std::uint32_t>(5000 + row.start), 0, all.subspan(row.start, k - row.start), 0, 1);
-         s.segment(static_cast<std::uint32_t>(5000 + k), 0, all.subspan(k), 0, 2);
+         s.segment(static_cast<std::uint32_t>(5000 + row.start), 0, all.subspan(row.start, k - row.start), 0, frameNo(1));
+         s.segment(static_cast<std::uint32_t>(5000 + k), 0, all.subspan(k), 0, frameNo(2));
          s.finish();
          EXPECT_EQ(r.events, row.events) << "start " << row.start << ", cut at " << k;
       }
@@ -233,10 +240,10 @@ TEST(TcpStream, SegmentCutShortByTheCaptureIsAGapAtOnce) {
    Recorder r;
    TcpStream s(r);
    std::span<std::uint8_t const> const all(stream);
-   s.segment(defaultIsn, TcpFlag::syn, {}, 0, 0);
-   s.segment(defaultIsn + 1, 0, all.subspan(0, 30), 30, 1);  // the frame held 60 payload bytes
+   s.segment(defaultIsn, TcpFlag::syn, {}, 0, frameNo(0));
+   s.segment(defaultIsn + 1, 0, all.subspan(0, 30), 30, frameNo(1));  // the frame held 60 payload bytes
    EXPECT_EQ(r.events, (std::vector<std::string>{pduEvent(keepalive, 0), "gap @30 missing 30 unfinished 12/37"}));
-   s.segment(defaultIsn + 1 + 60, 0, all.subspan(60), 0, 2);
+   s.segment(defaultIsn + 1 + 60, 0, all.subspan(60), 0, frameNo(2));
    s.finish();
    EXPECT_EQ(r.events.back(), pduEvent(twoKeepalives, 87));
    EXPECT_EQ(s.stats().gaps, 1u);
@@ -260,11 +267,11 @@ TEST(TcpStream, NewSynEndsThePreviousConnection) {
    Recorder r;
    TcpStream s(r);
    std::span<std::uint8_t const> const all(stream);
-   s.segment(100, TcpFlag::syn, {}, 0, 1);
-   s.segment(101, 0, all.subspan(0, 30), 0, 2);
-   s.segment(100, TcpFlag::syn, {}, 0, 3);  // the same SYN again changes nothing
-   s.segment(7000, TcpFlag::syn, {}, 0, 4);
-   s.segment(7001, 0, all.subspan(0, 18), 0, 5);
+   s.segment(100, TcpFlag::syn, {}, 0, frameNo(1));
+   s.segment(101, 0, all.subspan(0, 30), 0, frameNo(2));
+   s.segment(100, TcpFlag::syn, {}, 0, frameNo(3));  // the same SYN again changes nothing
+   s.segment(7000, TcpFlag::syn, {}, 0, frameNo(4));
+   s.segment(7001, 0, all.subspan(0, 18), 0, frameNo(5));
    s.finish();
    EXPECT_EQ(r.events, (std::vector<std::string>{pduEvent(keepalive, 0), "end @18 unfinished 12/37",
                                                  pduEvent(keepalive, 0)}));
@@ -275,12 +282,12 @@ TEST(TcpStream, RepeatsAndOverlapsAreCounted) {
    Recorder r;
    TcpStream s(r);
    std::span<std::uint8_t const> const all(stream);
-   s.segment(0, TcpFlag::syn, {}, 0, 0);
-   s.segment(1, 0, all.subspan(0, 18), 0, 1);
-   s.segment(1, 0, all.subspan(0, 18), 0, 2);    // repeated
-   s.segment(11, 0, all.subspan(10, 20), 0, 3);  // 8 bytes seen before
-   s.segment(41, 0, all.subspan(40, 10), 0, 4);  // ahead of bytes 30..39
-   s.segment(31, 0, all.subspan(30, 10), 0, 5);
+   s.segment(0, TcpFlag::syn, {}, 0, frameNo(0));
+   s.segment(1, 0, all.subspan(0, 18), 0, frameNo(1));
+   s.segment(1, 0, all.subspan(0, 18), 0, frameNo(2));    // repeated
+   s.segment(11, 0, all.subspan(10, 20), 0, frameNo(3));  // 8 bytes seen before
+   s.segment(41, 0, all.subspan(40, 10), 0, frameNo(4));  // ahead of bytes 30..39
+   s.segment(31, 0, all.subspan(30, 10), 0, frameNo(5));
    s.finish();
    EXPECT_EQ(s.stats().segments, 5u);
    EXPECT_EQ(s.stats().retransmitted, 1u);
@@ -303,9 +310,9 @@ TEST(TcpStream, HeldDataBeyondTheLimitMakesTheMissingBytesAGap) {
    Recorder r;
    TcpStream s(r);
    std::span<std::uint8_t const> const all(stream);
-   s.segment(0, TcpFlag::syn, {}, 0, 0);
+   s.segment(0, TcpFlag::syn, {}, 0, frameNo(0));
    for (std::size_t at = 1000; at < stream.size(); at += 1000) {  // the first PDU never comes
-      s.segment(static_cast<std::uint32_t>(1 + at), 0, all.subspan(at, 1000), 0, at / 1000);
+      s.segment(static_cast<std::uint32_t>(1 + at), 0, all.subspan(at, 1000), 0, frameNo(at / 1000));
    }
    ASSERT_FALSE(r.events.empty()) << "the gap is declared before the capture ends";
    EXPECT_EQ(r.events[0], "gap @0 missing 1000 unfinished 0/0");

@@ -1,0 +1,158 @@
+#include "ParallelReporter.h"
+
+namespace LdpDecode {
+
+ParallelReporter::ParallelReporter(OutputMode mode, Output & out, unsigned workers)
+    : mode_(mode), out_(out), main_(mode, out), open_(std::make_unique<Batch>()) {
+   for (unsigned i = 0; i < std::max(1u, workers); ++i) {
+      auto w = std::make_unique<Worker>();
+      w->reporter = std::make_unique<Reporter>(mode, w->out);
+      workers_.push_back(std::move(w));
+   }
+   for (auto & w : workers_) {
+      w->thread = std::thread([this, &w = *w] { work(w); });
+   }
+}
+
+ParallelReporter::~ParallelReporter() {
+   {
+      std::lock_guard<std::mutex> lock(mutex_);
+      stopping_ = true;
+   }
+   workReady_.notify_all();
+   for (auto & w : workers_) {
+      if (w->thread.joinable()) {
+         w->thread.join();
+      }
+   }
+}
+
+ParallelReporter::Job & ParallelReporter::add(Job::Kind kind, Origin const & origin, Vorin::Pkt const * pkt) {
+   // A batch ends only where the packet buffer changes, so that all users of a
+   // buffer stay on one thread.
+   if (pkt && pkt != lastPkt_ && open_->pdus >= batchPdus) {
+      submit();
+   }
+   if (pkt) {
+      lastPkt_ = pkt;
+      ++open_->pdus;
+   }
+   Job & j = open_->jobs.emplace_back();
+   j.kind = kind;
+   j.hasFrame = origin.frame != nullptr;
+   if (origin.frame) {
+      j.frame = *origin.frame;
+   }
+   j.firstFrame = origin.firstFrame;
+   j.flow = origin.flow;
+   j.flowText = origin.flowText;
+   j.streamOffset = origin.streamOffset;
+   return j;
+}
+
+void ParallelReporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   Job & j = add(Job::Kind::pdu, origin, pkt.ptr());
+   j.pkt = pkt;
+   j.offset = offset;
+}
+
+void ParallelReporter::streamNote(Origin const & origin, StreamNote const & note) {
+   add(Job::Kind::streamNote, origin, nullptr).streamNote = note;
+}
+
+void ParallelReporter::note(Origin const & origin, std::string_view kind, std::string const & text) {
+   Job & j = add(Job::Kind::note, origin, nullptr);
+   j.noteKind = kind;
+   j.noteText = text;
+}
+
+void ParallelReporter::submit() {
+   if (open_->jobs.empty()) {
+      return;
+   }
+   std::shared_ptr<Batch> b(open_.release());
+   open_ = std::make_unique<Batch>();
+   inFlight_.push_back(b);
+   {
+      std::lock_guard<std::mutex> lock(mutex_);
+      queue_.push_back(std::move(b));
+   }
+   workReady_.notify_one();
+   while (inFlight_.size() > batchesPerWorker * workers_.size()) {
+      writeOldest();
+   }
+}
+
+void ParallelReporter::writeOldest() {
+   std::shared_ptr<Batch> b = inFlight_.front();
+   {
+      std::unique_lock<std::mutex> lock(mutex_);
+      batchDone_.wait(lock, [&] { return b->done; });
+   }
+   out_ << b->text;
+   inFlight_.pop_front();
+}
+
+void ParallelReporter::render(Reporter & r, Job const & job) {
+   Origin o;
+   o.frame = job.hasFrame ? &job.frame : nullptr;
+   o.firstFrame = job.firstFrame;
+   o.flow = job.flow;
+   o.flowText = job.flowText;
+   o.streamOffset = job.streamOffset;
+   switch (job.kind) {
+    case Job::Kind::pdu:
+      r.pdu(o, job.pkt, job.offset);
+      break;
+    case Job::Kind::streamNote:
+      r.streamNote(o, job.streamNote);
+      break;
+    case Job::Kind::note:
+      r.note(o, job.noteKind, job.noteText);
+      break;
+   }
+}
+
+void ParallelReporter::work(Worker & w) {
+   while (true) {
+      std::shared_ptr<Batch> b;
+      {
+         std::unique_lock<std::mutex> lock(mutex_);
+         workReady_.wait(lock, [&] { return stopping_ || !queue_.empty(); });
+         if (queue_.empty()) {
+            return;
+         }
+         b = std::move(queue_.front());
+         queue_.pop_front();
+      }
+      for (Job const & job : b->jobs) {
+         render(*w.reporter, job);
+      }
+      b->jobs.clear();  // the packets are released here, on this thread
+      b->text = w.out.take();
+      {
+         std::lock_guard<std::mutex> lock(mutex_);
+         b->done = true;
+      }
+      batchDone_.notify_all();
+   }
+}
+
+void ParallelReporter::finish() {
+   submit();
+   while (!inFlight_.empty()) {
+      writeOldest();
+   }
+   {
+      std::lock_guard<std::mutex> lock(mutex_);
+      stopping_ = true;
+   }
+   workReady_.notify_all();
+   for (auto & w : workers_) {
+      w->thread.join();
+      main_.absorb(w->reporter->totals());
+   }
+   main_.finish();
+}
+
+} // namespace LdpDecode
