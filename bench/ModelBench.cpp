@@ -231,3 +231,5 @@ void BM_EmptyConfigMemory(benchmark::State & state) {
 BENCHMARK(BM_EmptyConfigMemory)->Iterations(100);
 
 } // namespace
+
+BENCHMARK_MAIN();
