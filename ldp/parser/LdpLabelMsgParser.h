@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "ldp/parser/LdpFecTlvParser.h"
 #include "ldp/parser/LdpMsgParser.h"

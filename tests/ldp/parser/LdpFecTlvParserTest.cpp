@@ -284,7 +284,7 @@ TEST(LdpFecTlvParser, PwIdElementWithEverySubTlv) {
    EXPECT_EQ(bare->fecElement(0)->pwFwdEqvCls().pwType(), Pseudowire::PseudowireType::ethernetTagged);
    EXPECT_FALSE(bare->fecElement(0)->pwFwdEqvCls().controlWord());
    EXPECT_EQ(bare->fecElement(0)->pwFwdEqvCls().pwId().value(), 0u);
-   EXPECT_EQ(bare->fecElement(0)->pwFwdEqvCls().params().mtu(), PwFwdEqvClassParams::unspecifiedMtu);
+   EXPECT_EQ(bare->fecElement(0)->pwFwdEqvCls().params().mtu(), 0); // no MTU signalled
    EXPECT_EQ(bare->fecElement(1)->pwFwdEqvCls().pwId().value(), 9u);
 }
 
