@@ -3,6 +3,7 @@
 #include "ldp/parser/LdpLabelMsgParser.h"
 #include "ldp/parser/LdpPwGenMsgParser.h"
 #include "ldp/parser/LdpSessionMsgParser.h"
+#include "ldp/parser/LdpPktReader.h"
 #include "zon/Assert.h"
 
 namespace Ldp {
@@ -11,24 +12,31 @@ LdpMsgParser::Ptr ldpMsgParserGet(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_
    ZON_ASSERT(pkt);
    ZON_ASSERT(pkt->front());
    ZON_ASSERT(pkt->frontBytes());
-   LdpMsgParser::Ptr base = ldpMsgParserFactory(pkt, offset);
-   if (!base->validMsg() || !base->msgHdr()) {
-      return base;
+   // The parser of the message's own class is built directly: its header step is
+   // the base parser's, so a base parser built first would only repeat it. When
+   // that step fails, the caller gets a base parser with the fault, as for the
+   // types that have no class of their own (Keepalive, Capability) and for
+   // unknown types.
+   LdpMsgParser::Ptr own;
+   if (auto const word = LdpPktReader(*pkt).u16(offset)) {
+      switch (static_cast<LdpMsgType>(*word & 0x7FFF)) {
+       case LdpMsgType::LdpHello: own = ldpHelloMsgParserFactory(pkt, offset); break;
+       case LdpMsgType::LdpInit: own = ldpInitMsgParserFactory(pkt, offset); break;
+       case LdpMsgType::LdpAddress: own = ldpAddressMsgParserFactory(pkt, offset); break;
+       case LdpMsgType::LdpAddressWithdraw: own = ldpAddressWithdrawMsgParserFactory(pkt, offset); break;
+       case LdpMsgType::LdpNotification: own = ldpNotificationMsgParserFactory(pkt, offset); break;
+       case LdpMsgType::LdpLabelMapping: own = ldpLabelMappingMsgParserFactory(pkt, offset); break;
+       case LdpMsgType::LdpLabelRequest: own = ldpLabelRequestMsgParserFactory(pkt, offset); break;
+       case LdpMsgType::LdpLabelWithdraw: own = ldpLabelWithdrawMsgParserFactory(pkt, offset); break;
+       case LdpMsgType::LdpLabelRelease: own = ldpLabelReleaseMsgParserFactory(pkt, offset); break;
+       case LdpMsgType::LdpLabelAbortReq: own = ldpLabelAbortReqMsgParserFactory(pkt, offset); break;
+       default: break;
+      }
    }
-   switch (base->msgHdr()->type()) {
-    case LdpMsgType::LdpHello: return ldpHelloMsgParserFactory(pkt, offset);
-    case LdpMsgType::LdpInit: return ldpInitMsgParserFactory(pkt, offset);
-    case LdpMsgType::LdpAddress: return ldpAddressMsgParserFactory(pkt, offset);
-    case LdpMsgType::LdpAddressWithdraw: return ldpAddressWithdrawMsgParserFactory(pkt, offset);
-    case LdpMsgType::LdpNotification: return ldpNotificationMsgParserFactory(pkt, offset);
-    case LdpMsgType::LdpLabelMapping: return ldpLabelMappingMsgParserFactory(pkt, offset);
-    case LdpMsgType::LdpLabelRequest: return ldpLabelRequestMsgParserFactory(pkt, offset);
-    case LdpMsgType::LdpLabelWithdraw: return ldpLabelWithdrawMsgParserFactory(pkt, offset);
-    case LdpMsgType::LdpLabelRelease: return ldpLabelReleaseMsgParserFactory(pkt, offset);
-    case LdpMsgType::LdpLabelAbortReq: return ldpLabelAbortReqMsgParserFactory(pkt, offset);
-    default: break; // Keepalive and Capability: the base parser serves them
+   if (own && own->headerStepValid()) {
+      return own;
    }
-   return base;
+   return ldpMsgParserFactory(pkt, offset);
 }
 
 } // namespace Ldp

@@ -87,6 +87,7 @@ void LdpMsgParser::headerStep() {
          return;
       }
    }
+   headerStepValid_ = true;
 }
 
 bool LdpMsgParser::messageStepStart() {

@@ -36,6 +36,9 @@ class LdpMsgParser : public Zon::PtrInterface {
    Zon::String8 const & reason() const noexcept { return result_.reason(); }
    LdpStatusCode statusCode() const noexcept { return result_.statusCode(); }
    bool validMsg() const noexcept { return result_.ok(); }
+   // True when the checks every message shares passed (the message's own checks
+   // may still fail).
+   bool headerStepValid() const noexcept { return headerStepValid_; }
    // The FEC TLV of a message that has one, and its parser.
    LdpTlvHdr * msgFecTlv() const noexcept { return msgFecTlv_; }
    Zon::Ptr<LdpFecTlvParser> const & ldpFecTlvParser() const noexcept { return ldpFecTlvParser_; }
@@ -117,6 +120,7 @@ class LdpMsgParser : public Zon::PtrInterface {
    LdpTlvHdr * msgFecTlv_ = nullptr;
    Zon::Ptr<LdpFecTlvParser> ldpFecTlvParser_;
    LdpStatusTlv * msgStatusTlv_ = nullptr;
+   bool headerStepValid_ = false;
 };
 
 Zon::Ptr<LdpMsgParser> ldpMsgParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);

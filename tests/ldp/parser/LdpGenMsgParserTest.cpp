@@ -250,3 +250,30 @@ TEST(LdpMsgParserGetDeath, Preconditions) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(LdpMsgParserGet, HeaderFaultsComeFromTheBaseParserMessageFaultsFromTheOwnClass) {
+   struct Case {
+      char const * hex;
+      char const * fwkType;
+      char const * text;
+   };
+   Case const cases[] = {
+       // Hello whose length is too big: the shared checks fail, the base answers.
+       {"0100 0ffd 00000001", "Ldp::LdpMsgParser", "Message Error: MSG length field too big, length = 4097"},
+       // Hello with a TLV type nobody knows and no U bit: still a shared check.
+       {"0100 0008 00000001 0102 0000", "Ldp::LdpMsgParser", "Message Error: Unknown TLV Type: 258"},
+       // Hello without TLVs passes the shared checks and fails its own.
+       {"0100 0004 00000001", "Ldp::LdpHelloMsgParser", "Invalid LDP Hello Msg: Message has 0 TLV"},
+       // Label Mapping truncated inside its header.
+       {"0400 0004 0000", "Ldp::LdpMsgParser", "Message Error: MSG too small, size = 6"},
+   };
+   for (auto const & c : cases) {
+      auto m = ldpMsgParserGet(hexPkt(c.hex), 0);
+      EXPECT_STREQ(m->fwkType(), c.fwkType) << c.hex;
+      EXPECT_EQ(m->stringValue(), c.text) << c.hex;
+   }
+}
+
+} // namespace
