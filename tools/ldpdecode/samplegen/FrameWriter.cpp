@@ -19,7 +19,7 @@ void put32(Bytes & b, std::uint32_t v) {
 }
 
 void putAddr(Bytes & b, Vorin::IpGenAddr const & a) {
-   b.insert(b.end(), a.bytes(), a.bytes() + a.byteLength());
+   appendBytes(b, a.bytes(), a.byteLength());
 }
 
 // The Internet checksum of the bytes, starting from a partial sum.
@@ -67,9 +67,9 @@ std::uint16_t etherTypeOf(Vorin::IpGenAddr const & a) {
 
 Bytes ethernet(Mac const & dst, Mac const & src, std::uint16_t etherType, Bytes const & payload) {
    Bytes b(dst.begin(), dst.end());
-   b.insert(b.end(), src.begin(), src.end());
+   appendBytes(b, src.data(), src.size());
    put16(b, etherType);
-   b.insert(b.end(), payload.begin(), payload.end());
+   appendBytes(b, payload);
    while (b.size() < 60) {  // the minimum frame, as a capture shows it
       b.push_back(0);
    }
@@ -101,7 +101,7 @@ Bytes ip(Vorin::IpGenAddr const & src, Vorin::IpGenAddr const & dst, std::uint8_
       b[10] = static_cast<std::uint8_t>(c >> 8);
       b[11] = static_cast<std::uint8_t>(c);
    }
-   b.insert(b.end(), payload.begin(), payload.end());
+   appendBytes(b, payload);
    return b;
 }
 
@@ -112,7 +112,7 @@ Bytes udp(Vorin::IpGenAddr const & src, std::uint16_t sport, Vorin::IpGenAddr co
    put16(b, dport);
    put16(b, static_cast<std::uint16_t>(8 + payload.size()));
    put16(b, 0);
-   b.insert(b.end(), payload.begin(), payload.end());
+   appendBytes(b, payload);
    fillChecksum(b, 6, src, dst, IpProto::udp);
    return ip(src, dst, IpProto::udp, b, src.isV6() ? 255 : 1);
 }
@@ -129,7 +129,7 @@ Bytes tcp(Vorin::IpGenAddr const & src, std::uint16_t sport, Vorin::IpGenAddr co
    put16(b, 65535);
    put16(b, 0);
    put16(b, 0);
-   b.insert(b.end(), payload.begin(), payload.end());
+   appendBytes(b, payload);
    fillChecksum(b, 16, src, dst, IpProto::tcp);
    return ip(src, dst, IpProto::tcp, b);
 }
@@ -216,12 +216,12 @@ namespace {
 // pcapng fields are in the writer's byte order, told by the section's magic.
 void putHost32(Bytes & b, std::uint32_t v) {
    auto const * p = reinterpret_cast<std::uint8_t const *>(&v);
-   b.insert(b.end(), p, p + 4);
+   appendBytes(b, p, 4);
 }
 
 void putHost16(Bytes & b, std::uint16_t v) {
    auto const * p = reinterpret_cast<std::uint8_t const *>(&v);
-   b.insert(b.end(), p, p + 2);
+   appendBytes(b, p, 2);
 }
 
 } // namespace
@@ -253,7 +253,7 @@ void PcapngWriter::block(std::uint32_t type, Bytes const & body) {
    auto const total = static_cast<std::uint32_t>(12 + (body.size() + 3) / 4 * 4);
    putHost32(b, type);
    putHost32(b, total);
-   b.insert(b.end(), body.begin(), body.end());
+   appendBytes(b, body);
    while (b.size() % 4) {
       b.push_back(0);
    }
@@ -268,7 +268,7 @@ void PcapngWriter::write(std::uint64_t micros, Bytes const & frame) {
    putHost32(epb, static_cast<std::uint32_t>(micros));
    putHost32(epb, static_cast<std::uint32_t>(frame.size()));
    putHost32(epb, static_cast<std::uint32_t>(frame.size()));
-   epb.insert(epb.end(), frame.begin(), frame.end());
+   appendBytes(epb, frame);
    block(0x00000006, epb);
 }
 

@@ -19,8 +19,12 @@ Bytes bytesOf(T const & wire) {
    return Bytes(p, p + sizeof(T));
 }
 
+void append(Bytes & to, std::uint8_t const * p, std::size_t n) {
+   appendBytes(to, p, n);
+}
+
 void append(Bytes & to, Bytes const & b) {
-   to.insert(to.end(), b.begin(), b.end());
+   appendBytes(to, b);
 }
 
 // A view of type T laid over the start of a buffer, for the wire types whose
@@ -31,6 +35,15 @@ T & viewOf(Bytes & b) {
 }
 
 } // namespace
+
+void appendBytes(Bytes & to, void const * p, std::size_t n) {
+   if (n == 0) {
+      return;
+   }
+   std::size_t const at = to.size();
+   to.resize(at + n);
+   std::memcpy(to.data() + at, p, n);
+}
 
 PduWriter & PduWriter::msgOfType(std::uint16_t type, std::uint32_t msgId, bool uBit) {
    LdpMsgHdr h;
@@ -135,7 +148,7 @@ Bytes addressList(std::vector<Vorin::IpGenAddr> const & addrs) {
    t.lengthIs(static_cast<std::uint16_t>(LdpAddressListTlv::addressFamilyBytes + each * addrs.size()));
    Bytes out = bytesOf(t);
    for (auto const & a : addrs) {
-      out.insert(out.end(), a.bytes(), a.bytes() + each);
+      append(out, a.bytes(), each);
    }
    return out;
 }
@@ -233,7 +246,7 @@ Bytes prefix(Vorin::IpGenPrefix const & p) {
    e.familyIs(p.address().isV6() ? Vorin::ipv6_ : Vorin::ipv4_);
    e.prefixBitsIs(static_cast<std::uint8_t>(p.length()));
    Bytes out = bytesOf(e);
-   out.insert(out.end(), p.address().bytes(), p.address().bytes() + (p.length() + 7) / 8);
+   append(out, p.address().bytes(), (p.length() + 7) / 8);
    return out;
 }
 
@@ -243,7 +256,7 @@ Bytes hostAddress(Vorin::IpGenAddr const & a) {
    e.familyIs(a.isV6() ? Vorin::ipv6_ : Vorin::ipv4_);
    e.hostAddrLenIs(static_cast<std::uint8_t>(a.byteLength()));
    Bytes out = bytesOf(e);
-   out.insert(out.end(), a.bytes(), a.bytes() + a.byteLength());
+   append(out, a.bytes(), a.byteLength());
    return out;
 }
 

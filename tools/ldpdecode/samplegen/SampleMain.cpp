@@ -98,7 +98,7 @@ Bytes labelMapping(PduWriter & p, std::uint32_t msgId, Bytes const & fecElement,
 }
 
 Bytes concat(Bytes a, Bytes const & b) {
-   a.insert(a.end(), b.begin(), b.end());
+   appendBytes(a, b);
    return a;
 }
 
@@ -380,8 +380,8 @@ void writeNotLdp(std::string const & path) {
    PcapWriter w(path, DLT_EN10MB);
    Link link(w, startMicros);
    Bytes arp = {0x00, 0x01, 0x08, 0x00, 0x06, 0x04, 0x00, 0x01};
-   arp.insert(arp.end(), r1Mac.begin(), r1Mac.end());
-   arp.insert(arp.end(), {10, 0, 12, 1, 0, 0, 0, 0, 0, 0, 10, 0, 12, 2});
+   appendBytes(arp, r1Mac.data(), r1Mac.size());
+   appendBytes(arp, Bytes{10, 0, 12, 1, 0, 0, 0, 0, 0, 0, 10, 0, 12, 2});
    link.put(ethernet({0xff, 0xff, 0xff, 0xff, 0xff, 0xff}, r1Mac, EtherType::arp, arp));
    link.toPeer(true, ip(addr("10.0.12.1"), addr("10.0.12.2"), IpProto::icmp, {8, 0, 0xf7, 0xfe, 0, 1, 0, 0}));
    link.toPeer(true, udp(addr("10.0.12.1"), 5353, addr("10.0.12.2"), 53, {0x12, 0x34, 1, 0, 0, 1, 0, 0, 0, 0, 0, 0}));
@@ -398,9 +398,9 @@ void writeReassembly(std::string const & path) {
    IpGenAddr const b = addr("2001:db8:56::6");
    auto frame = [&](Bytes const & ipPacket) {
       Bytes f = {0x86, 0xdd, 0, 0, 0, 0, 0, 2, 0, 1, 0, 6};
-      f.insert(f.end(), r1Mac.begin(), r1Mac.end());
-      f.insert(f.end(), {0, 0});
-      f.insert(f.end(), ipPacket.begin(), ipPacket.end());
+      appendBytes(f, r1Mac.data(), r1Mac.size());
+      appendBytes(f, Bytes{0, 0});
+      appendBytes(f, ipPacket);
       t += 500;
       w.write(t, f);
    };
@@ -454,7 +454,7 @@ void writeMplsVlan(std::string const & path) {
    Bytes const packet =
        udp(addr("7.7.7.7"), ldpPort, addr("8.8.8.8"), ldpPort, hello(ldpId("7.7.7.7:0"), 1, addr("7.7.7.7"), 1, true));
    Bytes payload = {0x00, 0x64, 0x88, 0x47, 0x00, 0x3e, 0x81, 0xfe};  // VLAN 100; label 1000, bottom of stack
-   payload.insert(payload.end(), packet.begin(), packet.end());
+   appendBytes(payload, packet);
    w.write(startMicros, ethernet(r2Mac, r1Mac, EtherType::vlan, payload));
 }
 
@@ -465,7 +465,7 @@ void writePppAndLoopback(std::string const & pppPath, std::string const & nullPa
       Bytes f = {0xff, 0x03, 0x00, 0x21};
       Bytes const packet =
           udp(addr("10.0.78.7"), ldpPort, addr("224.0.0.2"), ldpPort, hello(ldpId("7.7.7.7:0"), 2, addr("7.7.7.7"), 2));
-      f.insert(f.end(), packet.begin(), packet.end());
+      appendBytes(f, packet);
       w.write(startMicros, f);
    }
    {
@@ -473,7 +473,7 @@ void writePppAndLoopback(std::string const & pppPath, std::string const & nullPa
       Bytes f = {30, 0, 0, 0};  // AF_INET6 of the capturing host, little-endian
       Bytes const packet = udp(addr("::1"), ldpPort, addr("::1"), ldpPort,
                                hello(ldpId("7.7.7.7:0"), 3, addr("2001:db8:78::7"), 3, true));
-      f.insert(f.end(), packet.begin(), packet.end());
+      appendBytes(f, packet);
       w.write(startMicros, f);
    }
 }
