@@ -11,3 +11,10 @@ void LdpConfigColl::handleInitialized() {
 }
 
 } // namespace Ldp
+
+#include "ldp/config/LdpProtoParam.h"
+#include "ldp/wire/LdpTlv.h"
+
+// The wire layer depends on nothing else of libLdp, so the session parameter
+// TLV keeps its own copy of the buffer size; it must stay the protocol's.
+static_assert(Ldp::LdpCommonSessionParamTlv::maxPduLengthLimit == Ldp::LdpProtoParam::ldpPktBufferSize);

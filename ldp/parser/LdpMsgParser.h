@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "ldp/parser/LdpFecTlvParser.h"
+#include "ldp/config/LdpProtoParam.h"
 #include "ldp/parser/LdpParseFault.h"
 #include "ldp/parser/LdpPktReader.h"
 #include "ldp/parser/LdpTlvGroupParser.h"
@@ -24,7 +25,7 @@ class LdpMsgParser : public Zon::PtrInterface {
    using Ptr = Zon::Ptr<LdpMsgParser>;
 
    // The largest message accepted.
-   static constexpr std::uint32_t maxMsgSize = 4096;
+   static constexpr std::uint32_t maxMsgSize = LdpProtoParam::defaultMaxPduLength;
 
    LdpMsgParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
 

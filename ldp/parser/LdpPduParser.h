@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "ldp/config/LdpProtoParam.h"
 #include "ldp/parser/LdpParseFault.h"
 #include "ldp/parser/LdpTlvGroupParser.h"
 #include "ldp/wire/LdpHdr.h"
@@ -18,8 +19,9 @@ class LdpPduParser : public Zon::PtrInterface {
  public:
    using Ptr = Zon::Ptr<LdpPduParser>;
 
-   // The largest PDU accepted, whatever maximum the session negotiated.
-   static constexpr std::uint32_t maxPduSize = 9600;
+   // The largest PDU accepted, whatever maximum the session negotiated: the
+   // size of a packet buffer.
+   static constexpr std::uint32_t maxPduSize = LdpProtoParam::ldpPktBufferSize;
    // A PDU header plus one message header: the least a PDU can hold.
    static constexpr std::uint32_t minPduBytes = LdpPduHdr::wireBytes + LdpMsgHdr::wireBytes;
 
