@@ -52,7 +52,8 @@ char const usageText[] =
     "              most 4; 0 parses on the reading thread, as live capture does)\n"
     "  -h, --help  this text\n"
     "\n"
-    "Exit status: 0 decoded; 1 faults found (with --check); 2 usage or input error.\n";
+    "Times are UTC. Exit status: 0 decoded; 1 faults found (with --check); 2 usage\n"
+    "or input error.\n";
 
 struct Options {
    std::string input;         // file, "-", or empty
