@@ -2,6 +2,10 @@
 
 namespace LdpDecode {
 
+namespace {
+constexpr std::size_t minPduSize = 14;  // the smallest PDU length the PDU parser accepts, plus 4
+}
+
 // One TCP direction: its stream and what its PDUs and notes are printed with.
 struct Decoder::Flow final : StreamSink {
    Flow(Decoder & d, FlowKey const & k)
@@ -92,8 +96,17 @@ void Decoder::datagram(Segment const & s) {
                      "the capture holds " + std::to_string(s.payload.size()) + " of the datagram's " +
                          std::to_string(s.payload.size() + s.missingBytes) + " payload bytes");
    }
-   // The hello socket reads one datagram and parses one PDU at its start.
+   // The hello socket reads one datagram and parses one PDU at its start;
+   // bytes behind that PDU are never looked at.
    reporter_.pdu(o, Vorin::Pkt::fromBytes(s.payload), 0);
+   if (s.payload.size() >= 4 && !s.missingBytes) {
+      std::size_t const size = std::size_t((s.payload[2] << 8) | s.payload[3]) + 4;
+      if (size >= minPduSize && size < s.payload.size()) {
+         reporter_.note(o, "bytesAfterPdu",
+                        "the datagram holds " + std::to_string(s.payload.size() - size) +
+                            " bytes behind its PDU, which the hello socket does not read");
+      }
+   }
 }
 
 void Decoder::rawStream(std::span<std::uint8_t const> bytes) {

@@ -217,6 +217,8 @@ TEST(Decoder, TcpDirectionsAreReassembledAndUdpDatagramsAreOnePduEach) {
    frame(ipFrame(false, "10.0.0.2", "224.0.0.2", 646, 646, 0, 0, hexBytes(ignoredOnlyPdu)));
    frame(ipFrame(true, "10.0.0.1", "10.0.0.2", 646, 40000, 130, 0x18, rest));
    frame(ipFrame(false, "10.0.0.2", "10.0.0.1", 53, 53, 0, 0, {1, 2, 3}));
+   auto withTail = hexBytes(ignoredOnlyPdu + "0102");
+   frame(ipFrame(false, "10.0.0.2", "224.0.0.2", 646, 646, 0, 0, withTail));
    decoder.finish();
    std::string const text = out.take();
    EXPECT_NE(text.find("frame 3  2023-11-14 22:13:20.000000  10.0.0.2:646 > 224.0.0.2:646  UDP\n"),
@@ -226,12 +228,16 @@ TEST(Decoder, TcpDirectionsAreReassembledAndUdpDatagramsAreOnePduEach) {
                        "LdpPduHdr: Ver(1),Len(33)"),
              std::string::npos)
        << text;
+   EXPECT_NE(text.find("frame 6  2023-11-14 22:13:20.000000  10.0.0.2:646 > 224.0.0.2:646  UDP  note: the datagram "
+                       "holds 2 bytes behind its PDU, which the hello socket does not read\n"),
+             std::string::npos)
+       << text;
    Totals const & t = reporter.totals();
-   EXPECT_EQ(t.frames, 5u);
+   EXPECT_EQ(t.frames, 6u);
    EXPECT_EQ(t.tcpFrames, 3u);
-   EXPECT_EQ(t.udpFrames, 1u);
+   EXPECT_EQ(t.udpFrames, 2u);
    EXPECT_EQ(t.otherIpFrames, 1u);
-   EXPECT_EQ(t.pdus, 3u);
+   EXPECT_EQ(t.pdus, 4u);
    EXPECT_EQ(t.tcpStreams, 1u);
    EXPECT_EQ(t.tcp.segments, 2u);
    ASSERT_EQ(t.sessions.size(), 1u);
