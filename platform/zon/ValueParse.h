@@ -78,8 +78,10 @@ T valueFromText(std::string_view s) {
    } else if constexpr (std::is_base_of_v<std::string, T>) {
       return T(stringFromText(s));
    } else if constexpr (RegisteredEnum<T>) {
-      if (!s.empty() && s.front() >= '0' && s.front() <= '9') {
-         return static_cast<T>(unsignedFromText(s)); // a value without enumerator
+      if (!s.empty() && (s.front() == '-' || (s.front() >= '0' && s.front() <= '9'))) {
+         // A value without enumerator, printed as its number: it must fit the
+         // enumeration's own integer type.
+         return static_cast<T>(valueFromText<std::underlying_type_t<T>>(s));
       }
       return strepToValue<T>(s);
    } else if constexpr (requires { { T::fromString(s) } -> std::convertible_to<T>; }) {

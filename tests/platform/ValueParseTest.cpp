@@ -4,11 +4,21 @@
 
 #include <string>
 
+#include "acl/PrefixList.h"
 #include "mpls/FwdEqvClass.h"
 #include "vorin/IpAddr.h"
 #include "vorin/MplsLabel.h"
 #include "zon/Value.h"
 #include "zon/ValueParse.h"
+
+// An enumeration over a signed type, whose unnamed values print as negative numbers.
+namespace ValueParseTestNs {
+#define VALUE_PARSE_TEST_LEVELS(X) X(low, -2) X(high, 2)
+enum class Level : std::int8_t { VALUE_PARSE_TEST_LEVELS(ZON_ENUMERATOR) };
+ZON_ENUM_DECLARE(Level);
+} // namespace ValueParseTestNs
+ZON_ENUM_TRAITS(ValueParseTestNs::Level);
+ZON_ENUM_DEFINE(ValueParseTestNs, Level, VALUE_PARSE_TEST_LEVELS)
 
 namespace {
 
@@ -78,6 +88,20 @@ TEST(ZonValueParse, Literals) {
    EXPECT_EQ(Zon::valueFromText<Pseudowire::PseudowireType>("300"),
              static_cast<Pseudowire::PseudowireType>(300)); // printed as a number
    EXPECT_THROW(Zon::valueFromText<Pseudowire::PseudowireType>("Ethernet"), Zon::ParseException);
+}
+
+TEST(ZonValueParse, UnnamedEnumValueMustFitItsType) {
+   // AclAction is held in 8 bits: 256 is not one of its values, not 0.
+   EXPECT_EQ(Zon::valueFromText<Acl::AclAction>("1"), Acl::AclAction::permit);
+   EXPECT_EQ(Zon::valueFromText<Acl::AclAction>("255"), static_cast<Acl::AclAction>(255));
+   EXPECT_THROW(Zon::valueFromText<Acl::AclAction>("256"), Zon::ParseException);
+   EXPECT_THROW(Zon::valueFromText<Acl::AclAction>("-1"), Zon::ParseException);
+   using ValueParseTestNs::Level;
+   EXPECT_EQ(Zon::valueFromText<Level>("low"), Level::low);
+   Level const unnamed = static_cast<Level>(-5);
+   EXPECT_EQ(Zon::ValueText("T").field("l", unnamed).str(), "Value('T', ** {'l': -5})");
+   EXPECT_EQ(Zon::valueFromText<Level>("-5"), unnamed); // reads back what was printed
+   EXPECT_THROW(Zon::valueFromText<Level>("-129"), Zon::ParseException);
 }
 
 TEST(ZonValueParse, LabelOutOfRangeGivesTheLabelsOwnError) {
