@@ -71,6 +71,25 @@ TEST(LdpTlvHdr, TypeIsKeepsFlagBits) {
    EXPECT_EQ(h.tlvTypeField().stringValue(), "Value('Ldp::LdpTlvTypeField', ** {'v0': 67, 'v1': 0})");
 }
 
+// The type words order by the whole 16-bit word, so a flag bit outweighs any type.
+TEST(LdpTypeWords, CompareTheWholeWordFlagBitsIncluded) {
+   using Tlv = LdpTlvTypeField;
+   EXPECT_NE(Tlv(0x8100), Tlv(0x0100)); // same type, U differs
+   EXPECT_NE(Tlv(0x4100), Tlv(0x0100)); // same type, F differs
+   EXPECT_LT(Tlv(0x4101), Tlv(0x8100)); // larger type, smaller word
+   EXPECT_GT(Tlv(0x8100), Tlv(0x4101));
+   EXPECT_LE(Tlv(0x0100), Tlv(0x0100));
+   EXPECT_GE(Tlv(0xC000), Tlv(0x3FFF));
+   EXPECT_EQ(Tlv(0xC103), Tlv(0xC103));
+
+   using Msg = LdpHdrMsgUbitAndTypeField;
+   EXPECT_NE(Msg(0x8001), Msg(0x0001));
+   EXPECT_GT(Msg(0x8001), Msg(0x0404)); // U set outweighs the larger type
+   EXPECT_LT(Msg(0x0404), Msg(0x8001));
+   EXPECT_LE(Msg(0x0400), Msg(0x0401));
+   EXPECT_GE(Msg(0x0401), Msg(0x0401));
+}
+
 TEST(LdpTlvHdr, ValidateTlvHdr) {
    struct Case {
       char const * word;
