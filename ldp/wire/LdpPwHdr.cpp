@@ -80,11 +80,25 @@ Zon::String8 LdpPwIntfMtuSubTlv::stringValue() const {
        .str();
 }
 
+namespace {
+
+// Characters of the description text: at most length - 2 octets, ending early at
+// a NUL. Reads only the octets that the length covers.
+std::size_t descriptionChars(LdpPwIntfDescSubTlv const & d) noexcept {
+   std::size_t const room =
+       d.length() > LdpPwIntfDescSubTlv::minLength ? std::size_t(d.length() - LdpPwIntfDescSubTlv::minLength) : 0;
+   if (room == 0) {
+      return 0;
+   }
+   auto const * text = trailingBytes(&d);
+   auto const * nul = static_cast<std::uint8_t const *>(std::memchr(text, '\0', room));
+   return nul ? std::size_t(nul - text) : room;
+}
+
+} // namespace
+
 Zon::String8 LdpPwIntfDescSubTlv::description() const {
-   std::size_t const room = length() > minLength ? std::size_t(length() - minLength) : 0;
-   auto const * text = reinterpret_cast<char const *>(trailingBytes(this));
-   auto const * nul = static_cast<char const *>(std::memchr(text, '\0', room));
-   return Zon::String8(text, nul ? std::size_t(nul - text) : room);
+   return Zon::String8(reinterpret_cast<char const *>(trailingBytes(this)), descriptionChars(*this));
 }
 
 void LdpPwIntfDescSubTlv::descriptionIs(std::string_view text) {
@@ -100,7 +114,9 @@ LdpStatusCode LdpPwIntfDescSubTlv::validate() const {
    if (length() < minLength || length() > maxLength) {
       return LdpStatusCode::badTlvLength;
    }
-   return description().size() == std::size_t(length() - minLength) ? LdpStatusCode::success
+   // Counted in place: the parse path validates every description, so no string
+   // is built just to measure it.
+   return descriptionChars(*this) == std::size_t(length() - minLength) ? LdpStatusCode::success
                                                                        : LdpStatusCode::badTlvLength;
 }
 
