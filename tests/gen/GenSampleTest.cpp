@@ -134,7 +134,13 @@ TEST_F(GenCollections, KeyedCountersCreateAtZeroAndNotifyOnChange) {
    EXPECT_EQ(s->perColourInc(Colour::green, 3), 3u);
    EXPECT_EQ(s->perColourDec(Colour::green, 4), 4294967295u);
    s->perColourIs(Colour::green, 4294967295u);
-   EXPECT_EQ(r.take(), (Strings{"perColour:green", "perColour:green"}));
+   s->newPerColour(Colour::blue, 5); // a keyed collection: create with a value
+   s->newPerColour(Colour::blue, 5);
+   EXPECT_EQ(s->perColour(Colour::blue), 5u);
+   s->perColourDel(Colour::red);
+   EXPECT_EQ(r.take(), (Strings{"perColour:green", "perColour:green", "perColour:blue", "perColour:red"}));
+   s->perColourDelAll();
+   EXPECT_EQ(s->perColours(), 0u);
 }
 
 TEST_F(GenCollections, InstantiatingCollection) {

@@ -200,7 +200,8 @@ class Counters(Map):
         k, v, x = m.types[0], m.types[1], n.member(m.name)
         out = (short(f"{v} {n.getter(m.name)}({c.p(k)} key) const", f"return {x}.value(key);")
                + body(f"void {n.setter(m.name)}({c.p(k)} key, {v} v)",
-                      notify_if(f"{x}.set(key, v)", c.attr(m), "key", "")))
+                      notify_if(f"{x}.set(key, v)", c.attr(m), "key", ""))
+               + short(f"void {n.creator(m.name)}({c.p(k)} key, {v} v)", f"{n.setter(m.name)}(key, v);"))
         ops = [(n.inc(m.name), "add")] + ([(n.dec(m.name), "sub")] if m.has("dec") else [])
         for name, op in ops:
             out += body(f"{v} {name}({c.p(k)} key, {v} delta)",

@@ -91,7 +91,7 @@ def operations(name, kind):
         "counter": [getter, setter, inc, dec],
         "map": [getter, count, setter, creator, deleter, delete_all],
         "set": [getter, count, setter, creator, deleter, delete_all],
-        "counters": [getter, count, setter, inc, dec, deleter, delete_all],
+        "counters": [getter, count, setter, creator, inc, dec, deleter, delete_all],
         "coll": [getter, count, setter, creator, deleter, delete_all],
         "child": [getter, setter, creator, deleter],
         "queue": [getter, count, enqueue, dequeue, deleter, delete_all],
