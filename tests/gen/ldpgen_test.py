@@ -98,6 +98,7 @@ BAD = [
      "usage: method <C++ declaration>, such as: method void f(int n) const"),
     ("entity header", "namespace T\nentity E extra\n", 2,
      "unexpected 'extra' after entity E; usage: entity <name> [: <base>[(<arguments>)]] [factory <function>]"),
+    ("base arguments unclosed", "namespace T\nentity E : Base(name\n", 2, "unclosed '(' after base Base"),
     ("import missing", "namespace T\nimport gone.zon\n", 2, "cannot read import 'gone.zon': No such file or directory"),
 ]
 

@@ -212,6 +212,8 @@ class Reader:
             if len(rest) < 2:
                 raise where.error(use)
             base = rest[1]
+            if "(" in base and not base.endswith(")"):
+                raise where.error(f"unclosed '(' after base {base[:base.index('(')]}")
             if "(" in base:
                 node.base, node.base_args = base[:base.index("(")], base[base.index("(") + 1:-1]
             else:
