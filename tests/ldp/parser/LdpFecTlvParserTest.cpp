@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ldp/parser/LdpFecTlvParser.h"
+#include "ldp/trace/LdpTrace.h"
 #include "support/Hex.h"
 #include "support/Truncation.h"
 
@@ -339,6 +340,54 @@ TEST(LdpFecTlvParser, ElementCollection) {
    // The collection holds the last references: deleting releases them.
    EXPECT_EQ(a->references(), 1u);
    EXPECT_EQ(b->references(), 1u);
+}
+
+// The records the parsers write at `level` and below while alive.
+struct TraceRecords {
+   std::vector<std::string> lines;
+   int savedLevel;
+   explicit TraceRecords(int level) : savedLevel(ldpGenMsgParserTrace.level()) {
+      ldpGenMsgParserTrace.levelIs(level);
+      Trace::sinkIs([this](Trace::Source const & s, int lvl, std::string_view text) {
+         lines.push_back(s.name() + "/" + std::to_string(lvl) + ":" + std::string(text));
+      });
+   }
+   ~TraceRecords() {
+      Trace::sinkIs({});
+      ldpGenMsgParserTrace.levelIs(savedLevel);
+   }
+   bool has(std::string const & line) const {
+      for (auto const & l : lines) {
+         if (l == line) {
+            return true;
+         }
+      }
+      return false;
+   }
+};
+
+TEST(LdpFecTlvParser, Trace) {
+   {
+      // Progress at detail level: the start, the unrecognized sub-TLV, the count.
+      TraceRecords t(traceDetail);
+      auto const p = ldpFecTlvParserFactory(
+          hexPkt("ffff | " + fecTlv("02 0001 18 0a0102 | " + pwElement("0005", std::string(pwId100) + "7e 03 00"))), 2);
+      ASSERT_TRUE(p->valid()) << p->reason();
+      EXPECT_TRUE(t.has("LdpGenMsgParser/6:   Parse FEC TLV frontBytes: 28, offset: 2"))
+          << testing::PrintToString(t.lines);
+      EXPECT_TRUE(t.has("LdpGenMsgParser/6:Ignoring unrecognized PW intf sub-TLV (code 0x7e)"))
+          << testing::PrintToString(t.lines);
+      EXPECT_EQ(t.lines.back(), "LdpGenMsgParser/6:FEC TLV parsed 2 elements");
+   }
+   {
+      // A fault at error level, once, with its reason; nothing at error level
+      // for a good TLV.
+      TraceRecords t(traceError);
+      parse(fecTlv("02 0001 08 0a"));
+      EXPECT_TRUE(t.lines.empty()) << testing::PrintToString(t.lines);
+      parse(fecTlv("02 0001 08 0a | 81"));
+      EXPECT_EQ(t.lines, std::vector<std::string>{"LdpGenMsgParser/5:Unhandled FEC TLV Element type 0x81"});
+   }
 }
 
 TEST(LdpFecTlvParserDeathTest, PwIdElementPositionPastTheEnd) {
