@@ -164,19 +164,20 @@ TEST_F(GenCollections, InstantiatingCollection) {
    EXPECT_THROW(s->newItem(5, "bob"), Zon::NameInUseException);
    EXPECT_EQ(s->item(5), a); // left unchanged
    EXPECT_TRUE(r.take().empty());
-   // new... makes a fresh element in place of the old one.
+   // new... on an existing key returns the element as it is: nothing is lost.
    a->weightIs(9);
-   Zon::Ptr<Item> fresh = s->newItem(5, "ann");
-   EXPECT_NE(fresh, a);
-   EXPECT_EQ(fresh->weight(), 3);
-   EXPECT_EQ(a->parent(), nullptr);
+   Zon::Ptr<Item> again = s->newItem(5, "ann");
+   EXPECT_EQ(again, a);
+   EXPECT_EQ(again->weight(), 9);
+   EXPECT_EQ(a->parent(), s.ptr());
+   EXPECT_TRUE(r.take().empty());
    s->itemIs(7, "x");
    s->itemDel(6); // absent: nobody told
    s->itemDel(5);
    s->itemIs(1, "y");
    s->itemDelAll();
-   EXPECT_EQ(r.take(), (Strings{"item:5", "item:7", "item:5", "item:1", "item:1", "item:7"}));
-   EXPECT_EQ(fresh->parent(), nullptr);
+   EXPECT_EQ(r.take(), (Strings{"item:7", "item:5", "item:1", "item:1", "item:7"}));
+   EXPECT_EQ(a->parent(), nullptr);
 }
 
 TEST_F(GenCollections, KeyedByItsOwnName) {

@@ -184,6 +184,10 @@ TEST(LdpConfig, HandleInitializedCreatesTheDefaultVrfOnce) {
    EXPECT_EQ(coll->configs(), 1u);
    EXPECT_EQ(coll->config("default"), c);
    EXPECT_EQ(r.seen, (Strings{"config:default", "initialized:with"}));
+   // Creating the VRF's configuration again returns it, settings kept.
+   c->helloIntervalIs(7);
+   EXPECT_EQ(coll->newConfig("default"), c);
+   EXPECT_EQ(c->helloInterval(), 7);
 }
 
 TEST(LdpConfig, HandleInitializedKeepsOtherVrfs) {

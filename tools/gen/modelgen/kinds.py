@@ -264,9 +264,10 @@ class Coll(CollectionKind):
         out = body(f"Zon::Ptr<{e}> {c.cls}::{n.setter(m.name)}({sig})",
                    [f"if (Zon::Ptr<{e}> e = {x}.find({key})) {{"] + [I + l for l in checks]
                    + [f"{I}return e;", "}", f"return {self.insert_name(m)}({args});"], "") + [""]
-        found = [f"if (Zon::Ptr<{e}> e = {x}.find({key})) {{"] + [I + l for l in checks] + ["}"] if checks else []
+        # newX is create-or-get too: an existing element (with the same constructor
+        # parameters) is returned as it is, never replaced by a fresh one.
         out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
-                    found + [f"return {self.insert_name(m)}({args});"], "") + [""]
+                    [f"return {n.setter(m.name)}({args});"], "") + [""]
         out += body(f"Zon::Ptr<{e}> {c.cls}::{self.insert_name(m)}({sig})",
                     [f"Zon::Ptr<{e}> e = {c.make(e, args)};", f"{x}.insert({key}, e, this);",
                      f"notify({c.attr(m)}, &{key});", "return e;"], "") + [""]
