@@ -15,21 +15,19 @@ LdpPduParser::LdpPduParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offse
 }
 
 void LdpPduParser::handleHeader() {
-   if (!pkt_ || !pkt_->front() || offset_ > pkt_->frontBytes()) {
-      return; // refused as a caller's error by handleInitialized
+   // The view exists only when the header's ten bytes were received; a buffer
+   // that ends earlier is reported by the size check of handleInitialized.
+   if (pkt_) {
+      header_ = LdpPktReader(*pkt_).view<LdpPduHdr const>(offset_);
    }
-   LdpPktReader const reader(*pkt_);
-   // The view is kept even when the buffer ends inside it: the size check below
-   // reports that, and header() hands it out only when it is complete.
-   header_ = reinterpret_cast<LdpPduHdr const *>(pkt_->front() + offset_);
-   headerComplete_ = reader.view<LdpPduHdr const>(offset_) != nullptr;
 }
 
 void LdpPduParser::handleInitialized() {
    Trace::Source const & trace = ldpGenMsgParserTrace;
    TRACE(trace, traceFunction, "handleInitialized");
    initialized_ = true;
-   ZON_ASSERT_TEXT(header_ || (pkt_ && pkt_->front() && pkt_->frontBytes() < offset_), "header_");
+   // Without a packet there is no header to lay over it: the caller's error.
+   ZON_ASSERT_TEXT(pkt_, "header_");
    ZON_ASSERT_TEXT(pkt_->frontBytes() >= offset_, "pkt_->frontBytes() >= offset_");
    std::uint32_t const frontBytes = pkt_->frontBytes();
    if (std::uint64_t(offset_) + minPduBytes > frontBytes) {

@@ -30,7 +30,7 @@ class LdpPduParser : public Zon::PtrInterface {
    Zon::Ptr<Vorin::Pkt> const & pkt() const noexcept { return pkt_; }
    std::uint32_t offset() const noexcept { return offset_; }
    // The header laid over the buffer; null when its ten bytes were not received.
-   LdpPduHdr const * header() const noexcept { return headerComplete_ ? header_ : nullptr; }
+   LdpPduHdr const * header() const noexcept { return header_; }
    LdpStatusCode statusCode() const noexcept { return result_.statusCode(); }
    Zon::String8 const & reason() const noexcept { return result_.reason(); }
    Zon::Ptr<LdpTlvGroupParser> const & tlvGroupParser() const noexcept { return tlvGroupParser_; }
@@ -48,6 +48,7 @@ class LdpPduParser : public Zon::PtrInterface {
 
    void statusCodeIs(LdpStatusCode c) noexcept { result_.statusCodeIs(c); }
    void reasonIs(Zon::String8 r) { result_.reasonIs(std::move(r)); }
+   void headerIs(LdpPduHdr const * h) noexcept { header_ = h; }
    void initializedIs(bool b) noexcept { initialized_ = b; }
 
    // The header and every message's parser text, or "Error LDP PDU: " + reason.
@@ -60,7 +61,6 @@ class LdpPduParser : public Zon::PtrInterface {
    Zon::Ptr<Vorin::Pkt> pkt_;
    std::uint32_t offset_;
    LdpPduHdr const * header_ = nullptr;
-   bool headerComplete_ = false;
    LdpParseFault result_;
    Zon::Ptr<LdpTlvGroupParser> tlvGroupParser_;
    bool initialized_ = false;
