@@ -16,7 +16,8 @@ LdpMsgParser::Ptr ldpMsgParserGet(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_
    // the base parser's, so a base parser built first would only repeat it. When
    // that step fails, the caller gets a base parser with the fault, as for the
    // types that have no class of their own (Keepalive, Capability) and for
-   // unknown types.
+   // unknown types; it takes the outcome over rather than running the step (and
+   // tracing its fault) once more.
    LdpMsgParser::Ptr own;
    if (auto const word = LdpPktReader(*pkt).u16(offset)) {
       switch (static_cast<LdpMsgType>(*word & 0x7FFF)) {
@@ -33,10 +34,13 @@ LdpMsgParser::Ptr ldpMsgParserGet(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_
        default: break;
       }
    }
-   if (own && own->headerStepValid()) {
+   if (!own) {
+      return ldpMsgParserFactory(pkt, offset);
+   }
+   if (own->headerStepValid()) {
       return own;
    }
-   return ldpMsgParserFactory(pkt, offset);
+   return Zon::validPtr(LdpMsgParser::Ptr(new LdpMsgParser(LdpMsgParser::HeaderStepOf(), *own)));
 }
 
 } // namespace Ldp

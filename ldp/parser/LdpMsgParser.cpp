@@ -9,6 +9,16 @@ LdpMsgParser::LdpMsgParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offse
    headerStep();
 }
 
+LdpMsgParser::LdpMsgParser(HeaderStepOf, LdpMsgParser const & failed)
+    : reader_(failed.reader_),
+      pkt_(failed.pkt_),
+      offset_(failed.offset_),
+      msgHdr_(failed.msgHdr_),
+      tlvGroupParser_(failed.tlvGroupParser_),
+      result_(failed.result_) {
+   ZON_ASSERT(!failed.headerStepValid());
+}
+
 Zon::Ptr<LdpTlvGroupParser> LdpMsgParser::tlvGroupParserIs(Zon::String8 const & name) {
    if (!tlvGroupParser_ || tlvGroupParser_->name() != name) {
       tlvGroupParser_ = ldpTlvGroupParserFactory(name);
@@ -41,7 +51,8 @@ LdpTlvHdr * LdpMsgParser::tlvAt(std::uint32_t index) const noexcept {
 }
 
 void LdpMsgParser::headerStep() {
-   ZON_ASSERT_TEXT(pkt_ && pkt_->front(), "pkt");
+   // Without a packet there is no header to point at: the caller's error.
+   ZON_ASSERT_TEXT(pkt_ && pkt_->front(), "msgHdr_");
    ZON_ASSERT_TEXT(pkt_->frontBytes() >= offset_, "pkt_->frontBytes() >= offset_");
    reader_ = LdpPktReader(*pkt_);
    msgHdr_ = reader_.view<LdpMsgHdr>(offset_);

@@ -111,6 +111,15 @@ class LdpMsgParser : public Zon::PtrInterface {
    LdpPktReader reader_;
 
  private:
+   friend Ptr ldpMsgParserGet(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
+
+   // A base parser that takes over the header step's outcome from `failed`, a
+   // parser whose header step failed, instead of running it (and tracing its
+   // fault) a second time. `failed` is dropped afterwards; the two share the
+   // TLV group parser until then.
+   struct HeaderStepOf {};
+   LdpMsgParser(HeaderStepOf, LdpMsgParser const & failed);
+
    void headerStep();
 
    Zon::Ptr<Vorin::Pkt> pkt_;

@@ -1,10 +1,15 @@
 // The TLV group parser, the PDU parser and the message header step.
 #include <gtest/gtest.h>
 
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "ldp/common/LdpUtils.h"
 #include "ldp/parser/LdpMsgParser.h"
 #include "ldp/parser/LdpPduParser.h"
 #include "ldp/parser/LdpTlvGroupParser.h"
+#include "ldp/trace/LdpTrace.h"
 #include "support/Hex.h"
 #include "support/Truncation.h"
 
@@ -183,6 +188,18 @@ TEST(LdpPduParser, ShortBufferHasNoHeaderView) {
    EXPECT_EQ(empty->reason(), "PDU too small, size = 0");
 }
 
+TEST(LdpPduParser, HeaderSetter) {
+   auto p = ldpPduParserFactory(hexPkt("0001 000e 0a"), 0);
+   auto other = hexPkt("0002 0020 0a000001 0005");
+   p->headerIs(reinterpret_cast<LdpPduHdr const *>(other->front()));
+   EXPECT_EQ(p->version(), 2);
+   EXPECT_EQ(p->totalLength(), 36);
+   EXPECT_EQ(p->ldpIdentifier().stringValue(), "10.0.0.1:5");
+   p->headerIs(nullptr);
+   EXPECT_EQ(p->header(), nullptr);
+   EXPECT_EQ(p->length(), 0);
+}
+
 TEST(LdpPduParserDeath, OffsetBeyondTheBytes) {
    EXPECT_DEATH(ldpPduParserFactory(hexPkt(keepalivePdu), 23), "pkt_->frontBytes\\(\\) >= offset_");
    EXPECT_DEATH(ldpPduParserFactory(Zon::Ptr<Vorin::Pkt>(), 0), "\nheader_\n");
@@ -247,6 +264,7 @@ TEST(LdpMsgParserGetDeath, Preconditions) {
    EXPECT_DEATH(ldpMsgParserGet(Zon::Ptr<Vorin::Pkt>(), 0), "\npkt\n");
    EXPECT_DEATH(ldpMsgParserGet(Vorin::Pkt::fromBytes({}), 0), "\npkt->frontBytes\\(\\)\n");
    EXPECT_DEATH(ldpMsgParserFactory(hexPkt("0201"), 3), "pkt_->frontBytes\\(\\) >= offset_");
+   EXPECT_DEATH(ldpMsgParserFactory(Zon::Ptr<Vorin::Pkt>(), 0), "\nmsgHdr_\n");
 }
 
 } // namespace
@@ -267,13 +285,80 @@ TEST(LdpMsgParserGet, HeaderFaultsComeFromTheBaseParserMessageFaultsFromTheOwnCl
        // Hello without TLVs passes the shared checks and fails its own.
        {"0100 0004 00000001", "Ldp::LdpHelloMsgParser", "Invalid LDP Hello Msg: Message has 0 TLV"},
        // Label Mapping truncated inside its header.
-       {"0400 0004 0000", "Ldp::LdpMsgParser", "Message Error: MSG too small, size = 6"},
+       {"0400 0004 0000", "Ldp::LdpMsgParser", "Message Error: MSG too small, size = 6"},       // The U bit of a known type plays no part in the dispatch.
+       {"8100 0004 00000001", "Ldp::LdpHelloMsgParser", "Invalid LDP Hello Msg: Message has 0 TLV"},
+       {"8300 0004 00000001", "Ldp::LdpAddressMsgParser",
+        "Invalid LDP Address Msg: Message does not have at least 1 TLV"},
+       {"8201 0004 00000001", "Ldp::LdpMsgParser", "LDP KeepAlive Msg:\n   Msg Id: 1,"},
    };
    for (auto const & c : cases) {
       auto m = ldpMsgParserGet(hexPkt(c.hex), 0);
       EXPECT_STREQ(m->fwkType(), c.fwkType) << c.hex;
       EXPECT_EQ(m->stringValue(), c.text) << c.hex;
    }
+}
+
+} // namespace
+
+namespace {
+
+// Records what the parsers trace at error level while alive.
+struct ErrorTrace {
+   std::vector<std::string> lines;
+   int savedLevel;
+   ErrorTrace() : savedLevel(ldpGenMsgParserTrace.level()) {
+      ldpGenMsgParserTrace.levelIs(traceError);
+      Trace::sinkIs([this](Trace::Source const & s, int level, std::string_view text) {
+         lines.push_back(s.name() + "/" + std::to_string(level) + ":" + std::string(text));
+      });
+   }
+   ~ErrorTrace() {
+      Trace::sinkIs({});
+      ldpGenMsgParserTrace.levelIs(savedLevel);
+   }
+};
+
+TEST(LdpMsgParserGet, HeaderFaultOfAKnownTypeIsTracedOnce) {
+   // Types with a class of their own and types served by the base parser alike:
+   // the parser that ldpMsgParserGet returns ran the header step once.
+   struct Case {
+      char const * hex;
+      std::vector<std::string> trace;
+   };
+   Case const cases[] = {
+       {"0100 0ffd 00000001", {"LdpGenMsgParser/5:MSG length field too big, length = 4097"}},
+       {"0300 0008 00000001 0102 0000", {"LdpGenMsgParser/5:Unknown TLV Type: 258"}},
+       {"0400 0004 0000", {"LdpGenMsgParser/5:MSG too small, size = 6"}},
+       {"0201 0003 00000001", {"LdpGenMsgParser/5:MSG length field too small, length = 7"}},
+       {"0100 000a 00000001 0400 0004",
+        {"LdpGenMsgParser/5:Packet is too small, size: 12", "LdpGenMsgParser/5:Packet is too small, size: 12"}},
+   };
+   for (auto const & c : cases) {
+      ErrorTrace t;
+      auto m = ldpMsgParserGet(hexPkt(c.hex), 0);
+      EXPECT_STREQ(m->fwkType(), "Ldp::LdpMsgParser") << c.hex;
+      EXPECT_EQ(t.lines, c.trace) << c.hex;
+   }
+}
+
+TEST(LdpMsgParserGet, FallbackParserKeepsTheHeaderStepResult) {
+   // A Hello whose single TLV runs past the message: the base parser answers
+   // with the group parser's fault, its header view and its TLV entries.
+   auto pkt = hexPkt("ffff | 0100 0010 00000007 | 0400 0004 000f 0000 | 0401 0008");
+   auto m = ldpMsgParserGet(pkt, 2);
+   EXPECT_STREQ(m->fwkType(), "Ldp::LdpMsgParser");
+   EXPECT_FALSE(m->headerStepValid());
+   EXPECT_EQ(m->pkt(), pkt);
+   EXPECT_EQ(m->offset(), 2u);
+   ASSERT_NE(m->msgHdr(), nullptr);
+   EXPECT_EQ(m->msgHdr()->msgId(), 7u);
+   EXPECT_EQ(m->statusCode(), Code::badTlvLength);
+   EXPECT_EQ(m->reason(), "Msg/Tlv is corrupted/truncated");
+   EXPECT_EQ(m->tlvGroupParser()->reason(), "Msg/Tlv is corrupted/truncated");
+   EXPECT_EQ(m->tlvGroupParser()->tlvNum(), 1u);
+   EXPECT_EQ(m->tlvGroupParser()->tlvOffset(0), 10u);
+   EXPECT_EQ(m->msgFecTlv(), nullptr);
+   EXPECT_EQ(m->stringValue(), "Message Error: Msg/Tlv is corrupted/truncated");
 }
 
 } // namespace
