@@ -11,6 +11,7 @@
 
 #include "ldp/common/LdpUtils.h"
 #include "ldp/parser/LdpLabelMsgParser.h"
+#include "support/DeathText.h"
 #include "support/Hex.h"
 #include "support/Truncation.h"
 
@@ -38,17 +39,7 @@ std::string tlv(char const * type, std::string const & value) {
    return std::string(type) + " " + length + " " + value + " | ";
 }
 
-// Death-test pattern matching `text` literally on its own line.
-std::string literal(std::string_view text) {
-   std::string re = "\n";
-   for (char c : text) {
-      if (std::strchr("()[]{}.*+?|^$\\", c)) {
-         re += '\\';
-      }
-      re += c;
-   }
-   return re + "\n";
-}
+using TestSupport::literal;
 
 template <typename P>
 Outcome outcomeOf(Zon::Ptr<P> const & p) {

@@ -12,6 +12,7 @@
 #include "ldp/common/LdpUtils.h"
 #include "ldp/parser/LdpPduParser.h"
 #include "ldp/parser/LdpSessionMsgParser.h"
+#include "support/DeathText.h"
 #include "support/Hex.h"
 #include "support/Truncation.h"
 
@@ -32,17 +33,7 @@ std::string message(char const * type, std::string const & tlvs) {
    return std::string(type) + " " + length + " 00000001 | " + tlvs;
 }
 
-// Death-test pattern matching `text` literally on its own line.
-std::string literal(std::string_view text) {
-   std::string re = "\n";
-   for (char c : text) {
-      if (std::strchr("()[]{}.*+?|^$\\", c)) {
-         re += '\\';
-      }
-      re += c;
-   }
-   return re + "\n";
-}
+using TestSupport::literal;
 
 template <typename P>
 Outcome outcomeOf(Zon::Ptr<P> const & p) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "support/DeathText.h"
 #include "support/Hex.h"
 #include "trace/Trace.h"
 
@@ -48,17 +49,7 @@ class ExactBuf {
    std::size_t size_ = 0;
 };
 
-// Death-test pattern matching `text` literally on its own line.
-std::string literal(std::string_view text) {
-   std::string re = "\n";
-   for (char c : text) {
-      if (std::strchr("()[]{}.*+?|^$\\", c)) {
-         re += '\\';
-      }
-      re += c;
-   }
-   return re + "\n";
-}
+using TestSupport::literal;
 
 // Records every trace line while alive.
 struct TraceCapture {
