@@ -46,10 +46,6 @@ Zon::Ptr<LdpFecTlvParser> LdpMsgParser::newLdpFecTlvParser(Zon::Ptr<Vorin::Pkt> 
    return ldpFecTlvParser_;
 }
 
-LdpTlvHdr * LdpMsgParser::tlvAt(std::uint32_t index) const noexcept {
-   return index < tlvNum() ? reader_.view<LdpTlvHdr>(tlvOffsetAt(index)) : nullptr;
-}
-
 void LdpMsgParser::headerStep() {
    // Without a packet there is no header to point at: the caller's error.
    ZON_ASSERT_TEXT(pkt_ && pkt_->front(), "msgHdr_");

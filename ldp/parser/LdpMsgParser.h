@@ -16,11 +16,12 @@
 #include "ldp/wire/LdpHdr.h"
 #include "ldp/wire/LdpTlv.h"
 #include "vorin/Pkt.h"
+#include "zon/BlockPool.h"
 #include "zon/Ptr.h"
 
 namespace Ldp {
 
-class LdpMsgParser : public Zon::PtrInterface {
+class LdpMsgParser : public Zon::PtrInterface, public Zon::PoolAllocated {
  public:
    using Ptr = Zon::Ptr<LdpMsgParser>;
 
@@ -91,7 +92,9 @@ class LdpMsgParser : public Zon::PtrInterface {
    // that fail must treat a null view like any other size fault.
    std::uint32_t tlvNum() const noexcept { return tlvGroupParser_->tlvNum(); }
    std::uint32_t tlvOffsetAt(std::uint32_t index) const noexcept { return tlvGroupParser_->tlvOffset(index); }
-   LdpTlvHdr * tlvAt(std::uint32_t index) const noexcept;
+   LdpTlvHdr * tlvAt(std::uint32_t index) const noexcept {
+      return index < tlvNum() ? reader_.view<LdpTlvHdr>(tlvOffsetAt(index)) : nullptr;
+   }
    template <typename T>
    T * tlvAs(std::uint32_t index) const noexcept {
       LdpTlvHdr * h = tlvAt(index);

@@ -15,17 +15,14 @@ std::span<LdpTlvGroupParser::Entry const> LdpTlvGroupParser::tlvOffsets() const 
    return {entries(), count_};
 }
 
-std::uint32_t LdpTlvGroupParser::tlvOffset(std::uint32_t index) const noexcept {
+std::uint32_t LdpTlvGroupParser::sparseTlvOffset(std::uint32_t index) const noexcept {
    Entry const * e = entries();
-   if (index < count_ && e[index].first == index) { // the usual dense case
-      return e[index].second;
-   }
    Entry const * it = std::lower_bound(e, e + count_, index,
                                        [](Entry const & a, std::uint32_t i) { return a.first < i; });
    return it != e + count_ && it->first == index ? it->second : 0;
 }
 
-void LdpTlvGroupParser::tlvOffsetIs(std::uint32_t index, std::uint32_t offset) {
+void LdpTlvGroupParser::insertTlvOffset(std::uint32_t index, std::uint32_t offset) {
    Entry * e = entries();
    Entry * it = std::lower_bound(e, e + count_, index,
                                  [](Entry const & a, std::uint32_t i) { return a.first < i; });
@@ -39,6 +36,8 @@ void LdpTlvGroupParser::tlvOffsetIs(std::uint32_t index, std::uint32_t offset) {
       inline_[pos] = {index, offset};
    } else {
       if (heap_.empty()) {
+         // A PDU body of many messages: grow in few steps.
+         heap_.reserve(4 * inlineEntries);
          heap_.assign(inline_, inline_ + count_);
       }
       heap_.insert(heap_.begin() + static_cast<std::ptrdiff_t>(pos), Entry{index, offset});
@@ -75,25 +74,30 @@ bool LdpTlvGroupParser::parseTlvGroup() {
    if (size_ == 0) {
       return true;
    }
-   LdpPktReader const reader(*pkt_);
-   if (std::uint64_t(offset_) + size_ > pkt_->frontBytes()) {
-      result_.fault(LdpStatusCode::badTlvLength, Zon::format("Packet is too small, size: %d", pkt_->frontBytes()),
-                    trace);
+   std::uint32_t const frontBytes = pkt_->frontBytes();
+   if (std::uint64_t(offset_) + size_ > frontBytes) {
+      result_.fault(LdpStatusCode::badTlvLength, Zon::format("Packet is too small, size: %d", frontBytes), trace);
       return true;
    }
+   // The walk reads only through the bounded reader; the per-item trace is
+   // decided once.
+   LdpPktReader const reader(*pkt_);
+   bool const detail = trace.enabled(traceDetail);
    std::uint32_t index = 0;
    std::uint32_t consumed = 0;
    std::uint32_t current = offset_;
    while (true) {
-      // Four bytes of item header are present here: checked before the loop and
-      // at the end of every round.
+      // The item header's four bytes must have been received (they may lie
+      // behind the group: the size check below refuses such an item).
       auto const length = reader.u16(current + 2);
-      if (!length || !reader.contains(current, itemHdrBytes)) {
+      if (!length) {
          result_.fault(LdpStatusCode::badTlvLength, Zon::String8("Msg/Tlv header is corrupted"), trace);
          return true;
       }
-      auto const total = static_cast<std::uint16_t>(*length + itemHdrBytes);
-      TRACE(trace, traceDetail, "   Msg/TLV " << index << ": offset " << current << ", size " << total);
+      std::uint16_t const total = static_cast<std::uint16_t>(*length + itemHdrBytes);
+      if (detail) {
+         TRACE(trace, traceDetail, "   Msg/TLV " << index << ": offset " << current << ", size " << total);
+      }
       if (total == 0) {
          // A length field of 0xFFFC wraps the item size to 0: a peer's corrupt
          // header, refused so that the walk always advances.

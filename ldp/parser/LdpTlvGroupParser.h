@@ -11,15 +11,21 @@
 
 #include "ldp/parser/LdpParseFault.h"
 #include "vorin/Pkt.h"
+#include "zon/BlockPool.h"
 #include "zon/Ptr.h"
 #include "zon/String.h"
 
 namespace Ldp {
 
-class LdpTlvGroupParser : public Zon::PtrInterface {
+class LdpTlvGroupParser : public Zon::PtrInterface, public Zon::PoolAllocated {
  public:
    using Ptr = Zon::Ptr<LdpTlvGroupParser>;
-   using Entry = std::pair<std::uint32_t, std::uint32_t>; // item index, offset
+   // An item index and its offset. Left uninitialised until stored: only the
+   // first tlvNum() entries are ever read.
+   struct Entry {
+      std::uint32_t first;   // item index
+      std::uint32_t second;  // offset
+   };
 
    explicit LdpTlvGroupParser(Zon::String8 name) : name_(std::move(name)) {}
 
@@ -40,8 +46,28 @@ class LdpTlvGroupParser : public Zon::PtrInterface {
    // The ordered collection item index -> offset.
    std::uint32_t tlvNum() const noexcept { return count_; }
    // Offset of item `index`; 0 when there is no such entry.
-   std::uint32_t tlvOffset(std::uint32_t index) const noexcept;
-   void tlvOffsetIs(std::uint32_t index, std::uint32_t offset);
+   std::uint32_t tlvOffset(std::uint32_t index) const noexcept {
+      Entry const * e = entries();
+      if (index < count_ && e[index].first == index) { // the usual dense case
+         return e[index].second;
+      }
+      return sparseTlvOffset(index);
+   }
+   void tlvOffsetIs(std::uint32_t index, std::uint32_t offset) {
+      // The split appends in index order: no search, no move.
+      if (count_ == 0 || entries()[count_ - 1].first < index) {
+         if (!heap_.empty()) {
+            heap_.push_back(Entry{index, offset});
+            ++count_;
+            return;
+         }
+         if (count_ < inlineEntries) {
+            inline_[count_++] = Entry{index, offset};
+            return;
+         }
+      }
+      insertTlvOffset(index, offset);
+   }
    void tlvOffsetDel(std::uint32_t index) noexcept;
    void tlvOffsetDelAll() noexcept;
    // Entries in index order.
@@ -52,6 +78,8 @@ class LdpTlvGroupParser : public Zon::PtrInterface {
 
  private:
    static constexpr std::uint32_t inlineEntries = 8;
+   std::uint32_t sparseTlvOffset(std::uint32_t index) const noexcept;
+   void insertTlvOffset(std::uint32_t index, std::uint32_t offset);
    Entry * entries() noexcept { return heap_.empty() ? inline_ : heap_.data(); }
    Entry const * entries() const noexcept { return heap_.empty() ? inline_ : heap_.data(); }
 
