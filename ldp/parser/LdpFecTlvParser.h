@@ -21,12 +21,13 @@
 #include "ldp/wire/LdpPwHdr.h"
 #include "ldp/wire/LdpWireEnums.h"
 #include "vorin/Pkt.h"
+#include "zon/BlockPool.h"
 #include "zon/Ptr.h"
 #include "zon/String.h"
 
 namespace Ldp {
 
-class LdpFecTlvParser : public Zon::PtrInterface {
+class LdpFecTlvParser : public Zon::PtrInterface, public Zon::PoolAllocated {
  public:
    using Ptr = Zon::Ptr<LdpFecTlvParser>;
    using ElementPtr = Zon::Ptr<LdpFecTlvElement const>;

@@ -11,11 +11,12 @@
 #include "ldp/parser/LdpTlvGroupParser.h"
 #include "ldp/wire/LdpHdr.h"
 #include "vorin/Pkt.h"
+#include "zon/BlockPool.h"
 #include "zon/Ptr.h"
 
 namespace Ldp {
 
-class LdpPduParser : public Zon::PtrInterface {
+class LdpPduParser : public Zon::PtrInterface, public Zon::PoolAllocated {
  public:
    using Ptr = Zon::Ptr<LdpPduParser>;
 

@@ -17,6 +17,7 @@
 #include "mpls/FwdEqvClass.h"
 #include "vorin/IpAddr.h"
 #include "vorin/NetInt.h"
+#include "zon/BlockPool.h"
 #include "zon/Ptr.h"
 #include "zon/String.h"
 
@@ -178,7 +179,7 @@ constexpr bool isIpFecElementType(LdpFecElementType t) noexcept {
 // One parsed FEC element. The parser fills it through the setters right after
 // creating it and stores it as Zon::Ptr<LdpFecTlvElement const>; from then on it
 // is only read.
-class LdpFecTlvElement : public Zon::PtrInterface {
+class LdpFecTlvElement : public Zon::PtrInterface, public Zon::PoolAllocated {
  public:
    using Ptr = Zon::Ptr<LdpFecTlvElement>;
    using PtrConst = Zon::Ptr<LdpFecTlvElement const>;
