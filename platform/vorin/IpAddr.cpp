@@ -63,20 +63,18 @@ bool IpGenAddr::isUnspecified() const noexcept {
 
 Zon::String8 IpGenAddr::stringValue() const { return isV6() ? v6().stringValue() : v4().stringValue(); }
 
-IpGenPrefix::IpGenPrefix(IpGenAddr const & addr, unsigned length) noexcept {
-   unsigned const bits = addr.bitLength();
-   len_ = static_cast<std::uint8_t>(std::min(length, bits));
-   std::uint8_t b[16] = {};
-   std::memcpy(b, addr.bytes(), addr.byteLength());
-   for (unsigned i = 0; i < addr.byteLength(); ++i) {
-      unsigned const first = i * 8;
-      if (first >= len_) {
-         b[i] = 0;
-      } else if (len_ - first < 8) {
-         b[i] = static_cast<std::uint8_t>(b[i] & (0xFFu << (8 - (len_ - first))));
-      }
+IpGenPrefix::IpGenPrefix(IpGenAddr const & addr, unsigned length) noexcept
+    : addr_(addr), len_(static_cast<std::uint8_t>(std::min(length, addr.bitLength()))) {
+   // The host bits are cleared: the bits of a partial octet, then every octet
+   // behind it.
+   unsigned const full = len_ / 8;
+   unsigned const partial = len_ % 8;
+   unsigned clearFrom = full;
+   if (partial) {
+      addr_.b_[full] = static_cast<std::uint8_t>(addr_.b_[full] & (0xFFu << (8 - partial)));
+      ++clearFrom;
    }
-   addr_ = IpGenAddr(addr.af(), b);
+   std::fill(addr_.b_.begin() + clearFrom, addr_.b_.end(), std::uint8_t(0));
 }
 
 IpGenPrefix IpGenPrefix::fromString(std::string_view text) {

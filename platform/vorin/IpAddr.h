@@ -104,6 +104,7 @@ class IpGenAddr {
    std::strong_ordering operator<=>(IpGenAddr const & o) const noexcept = default;
 
  private:
+   friend class IpGenPrefix;
    AddressFamily af_;
    std::array<std::uint8_t, 16> b_{};
 };

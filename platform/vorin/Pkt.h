@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <span>
 
 #include "zon/Ptr.h"
@@ -22,13 +21,25 @@ class Pkt : public Zon::PtrInterface {
    static Ptr ofSize(std::size_t n);
 
    // The first byte of the front data; never null, even for an empty packet.
-   std::uint8_t * front() const noexcept { return data_.get(); }
+   std::uint8_t * front() const noexcept {
+      return reinterpret_cast<std::uint8_t *>(const_cast<Pkt *>(this) + 1);
+   }
    std::uint32_t frontBytes() const noexcept { return frontBytes_; }
-   std::span<std::uint8_t const> bytes() const noexcept { return {data_.get(), frontBytes_}; }
+   std::span<std::uint8_t const> bytes() const noexcept { return {front(), frontBytes_}; }
 
  private:
-   explicit Pkt(std::size_t n);
-   std::unique_ptr<std::uint8_t[]> data_;
+   // The bytes live in the same block, right behind the object: one allocation
+   // per packet. An empty packet still has one (zero) byte there.
+   struct Storage {
+      std::size_t bytes;
+   };
+   static void * operator new(std::size_t self, Storage s);
+   static void operator delete(void * block, Storage) noexcept;
+   static void operator delete(void * block) noexcept;
+   // A packet of n front bytes, uninitialised.
+   static Pkt * make(std::size_t n);
+
+   explicit Pkt(std::uint32_t n) noexcept : frontBytes_(n) {}
    std::uint32_t frontBytes_;
 };
 

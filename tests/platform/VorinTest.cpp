@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "mpls/FwdEqvClass.h"
 #include "pseudowire/PseudowireTypes.h"
 #include "support/Hex.h"
@@ -31,6 +34,27 @@ TEST(VorinPkt, HoldsACopyOfItsBytes) {
    EXPECT_EQ(empty->frontBytes(), 0u);
    EXPECT_NE(empty->front(), nullptr);
    EXPECT_EQ(Pkt::ofSize(4)->bytes()[3], 0);
+   // An empty packet still has a readable (zero) front byte.
+   EXPECT_EQ(empty->front()[0], 0);
+   EXPECT_EQ(Pkt::ofSize(0)->front()[0], 0);
+}
+
+TEST(VorinIpGenPrefix, ClearsExactlyTheHostBitsAtEveryLength) {
+   // Every length of both families over an all-ones address: the first
+   // `length` bits stay set, every other bit is cleared.
+   std::uint8_t ones[16];
+   std::fill(std::begin(ones), std::end(ones), 0xFF);
+   for (AddressFamily af : {ipv4_, ipv6_}) {
+      IpGenAddr const addr(af, ones);
+      for (unsigned length = 0; length <= addr.bitLength(); ++length) {
+         IpGenPrefix const p(addr, length);
+         ASSERT_EQ(p.length(), length);
+         for (unsigned bit = 0; bit < 128; ++bit) {
+            bool const set = (p.address().bytes()[bit / 8] >> (7 - bit % 8)) & 1;
+            ASSERT_EQ(set, bit < length) << "family " << int(af) << ", length " << length << ", bit " << bit;
+         }
+      }
+   }
 }
 
 TEST(VorinIpAddr, TextFormsRoundTrip) {
