@@ -3,15 +3,22 @@
 namespace LdpDecode {
 
 ParallelReporter::ParallelReporter(OutputMode mode, Output & out, unsigned workers)
-    : mode_(mode), out_(out), main_(mode, out), open_(std::make_unique<Batch>()) {
+    : mode_(mode), out_(out), main_(mode, out), open_(newBatch()) {
    for (unsigned i = 0; i < std::max(1u, workers); ++i) {
       auto w = std::make_unique<Worker>();
       w->reporter = std::make_unique<Reporter>(mode, w->out);
       workers_.push_back(std::move(w));
    }
+   self_.reporter = std::make_unique<Reporter>(mode, self_.out);
    for (auto & w : workers_) {
       w->thread = std::thread([this, &w = *w] { work(w); });
    }
+}
+
+std::unique_ptr<ParallelReporter::Batch> ParallelReporter::newBatch() {
+   auto b = std::make_unique<Batch>();
+   b->jobs.reserve(batchPdus + batchPdus / 4);  // notes come on top of the PDUs
+   return b;
 }
 
 ParallelReporter::~ParallelReporter() {
@@ -71,7 +78,7 @@ void ParallelReporter::submit() {
       return;
    }
    std::shared_ptr<Batch> b(open_.release());
-   open_ = std::make_unique<Batch>();
+   open_ = newBatch();
    inFlight_.push_back(b);
    {
       std::lock_guard<std::mutex> lock(mutex_);
@@ -85,11 +92,28 @@ void ParallelReporter::submit() {
 
 void ParallelReporter::writeOldest() {
    std::shared_ptr<Batch> b = inFlight_.front();
-   {
-      std::unique_lock<std::mutex> lock(mutex_);
-      batchDone_.wait(lock, [&] { return b->done; });
+   // Rather than wait for the oldest batch, the reading thread parses batches
+   // that no worker has taken yet.
+   while (true) {
+      std::shared_ptr<Batch> mine;
+      {
+         std::unique_lock<std::mutex> lock(mutex_);
+         if (b->done) {
+            break;
+         }
+         if (queue_.empty()) {
+            batchDone_.wait(lock, [&] { return b->done; });
+            break;
+         }
+         mine = std::move(queue_.front());
+         queue_.pop_front();
+      }
+      runBatch(self_, *mine);
    }
    out_ << b->text;
+   // The packets go back on the thread that made them, so that their memory
+   // is reused there rather than piling up in the workers' heaps.
+   b->jobs.clear();
    inFlight_.pop_front();
 }
 
@@ -125,17 +149,20 @@ void ParallelReporter::work(Worker & w) {
          b = std::move(queue_.front());
          queue_.pop_front();
       }
-      for (Job const & job : b->jobs) {
-         render(*w.reporter, job);
-      }
-      b->jobs.clear();  // the packets are released here, on this thread
-      b->text = w.out.take();
-      {
-         std::lock_guard<std::mutex> lock(mutex_);
-         b->done = true;
-      }
-      batchDone_.notify_all();
+      runBatch(w, *b);
    }
+}
+
+void ParallelReporter::runBatch(Worker & w, Batch & b) {
+   for (Job const & job : b.jobs) {
+      render(*w.reporter, job);
+   }
+   b.text = w.out.take();
+   {
+      std::lock_guard<std::mutex> lock(mutex_);
+      b.done = true;
+   }
+   batchDone_.notify_all();
 }
 
 void ParallelReporter::finish() {
@@ -152,6 +179,7 @@ void ParallelReporter::finish() {
       w->thread.join();
       main_.absorb(w->reporter->totals());
    }
+   main_.absorb(self_.reporter->totals());
    main_.finish();
 }
 

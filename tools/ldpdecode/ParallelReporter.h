@@ -4,10 +4,13 @@
 // order they were made and, at the end, adds up the workers' counts. The output
 // is byte for byte that of a single Reporter.
 //
-// Parsers, packets and their reference counts are never shared between threads:
-// a batch holds every PDU of a packet buffer (a batch ends only where the
+// Parsers, packets and their reference counts are never used by two threads at
+// once: a batch holds every PDU of a packet buffer (a batch ends only where the
 // buffer changes), the capture layer keeps no reference to a buffer it has
-// handed over, and a batch belongs to one worker at a time.
+// handed over, and a batch belongs to one worker at a time. The reading thread
+// releases a batch's packets after its worker is done with it, so that their
+// memory is reused where it is allocated; while it waits for the oldest batch,
+// it parses batches that no worker has taken yet.
 #pragma once
 
 #include <condition_variable>
@@ -71,16 +74,20 @@ class ParallelReporter final : public ReportSink {
       std::thread thread;
    };
 
+   static std::unique_ptr<Batch> newBatch();
    Job & add(Job::Kind kind, Origin const & origin, Vorin::Pkt const * pkt);
    void submit();
    void writeOldest();
    void work(Worker & w);
+   // Parses and renders batch `b` with `w`'s reporter, then marks it done.
+   void runBatch(Worker & w, Batch & b);
    static void render(Reporter & r, Job const & job);
 
    OutputMode mode_;
    Output & out_;
    Reporter main_;  // frame and stream counts; the workers' counts are added at the end
    std::vector<std::unique_ptr<Worker>> workers_;
+   Worker self_;  // the reading thread's share of the parsing (no thread of its own)
    std::unique_ptr<Batch> open_;
    Vorin::Pkt const * lastPkt_ = nullptr;  // compared only, never used
    std::deque<std::shared_ptr<Batch>> inFlight_;  // in the order made

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 namespace LdpDecode {
@@ -19,6 +20,8 @@ std::string inputName(std::string const & path) {
 bool startsWith(char const * s, char const * prefix) {
    return std::strncmp(s, prefix, std::strlen(prefix)) == 0;
 }
+
+constexpr std::size_t fileBufferBytes = std::size_t(1) << 20;
 
 } // namespace
 
@@ -41,6 +44,14 @@ PcapInput PcapInput::openFile(std::string const & path) {
          throw InputError(name + ": empty file, not a capture");
       }
    }
+   // libpcap reads a file record by record through stdio: a large buffer turns
+   // thousands of small reads into a few big ones. Standard input keeps its
+   // own, since it outlives the capture.
+   std::unique_ptr<char[]> buffer;
+   if (f != stdin) {
+      buffer.reset(new char[fileBufferBytes]);  // not zeroed: stdio fills it
+      std::setvbuf(f, buffer.get(), _IOFBF, fileBufferBytes);
+   }
    char err[PCAP_ERRBUF_SIZE] = "";
    pcap_t * p = pcap_fopen_offline_with_tstamp_precision(f, PCAP_TSTAMP_PRECISION_MICRO, err);
    if (!p) {
@@ -55,7 +66,9 @@ PcapInput PcapInput::openFile(std::string const & path) {
       }
       throw InputError(name + ": cannot read capture: " + err);
    }
-   return PcapInput(p, name, false);
+   PcapInput in(p, name, false);
+   in.buffer_ = std::move(buffer);
+   return in;
 }
 
 PcapInput PcapInput::openLive(std::string const & iface) {
@@ -79,7 +92,7 @@ PcapInput PcapInput::openLive(std::string const & iface) {
 }
 
 PcapInput::PcapInput(PcapInput && o) noexcept
-    : p_(std::exchange(o.p_, nullptr)), name_(std::move(o.name_)), live_(o.live_), frames_(o.frames_) {}
+    : buffer_(std::move(o.buffer_)), p_(std::exchange(o.p_, nullptr)), name_(std::move(o.name_)), live_(o.live_), frames_(o.frames_) {}
 
 PcapInput::~PcapInput() {
    if (p_) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -50,6 +51,8 @@ class PcapInput {
  private:
    PcapInput(pcap * p, std::string name, bool live) : p_(p), name_(std::move(name)), live_(live) {}
 
+   // The stdio buffer of a capture file; released after the file is closed.
+   std::unique_ptr<char[]> buffer_;
    pcap * p_;
    std::string name_;
    bool live_;

@@ -134,9 +134,7 @@ void Totals::add(Totals const & o) {
    messages += o.messages;
    invalidMessages += o.invalidMessages;
    ignoredMessages += o.ignoredMessages;
-   for (std::size_t i = 0; i < messagesPerType.size(); ++i) {
-      messagesPerType[i] += o.messagesPerType[i];
-   }
+   messagesPerType.add(o.messagesPerType);
    for (auto const & [code, n] : o.faults) {
       faults[code] += n;
    }
@@ -259,7 +257,7 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
       for (std::uint32_t i = 0; i < messages; ++i) {
          auto const msg = Ldp::ldpMsgParserGet(pkt, pdu->messageOffset(i));
          if (auto const * h = msg->msgHdr()) {
-            ++totals_.messagesPerType[static_cast<std::uint16_t>(h->type()) & 0x7FFF];
+            totals_.messagesPerType.count(static_cast<std::uint16_t>(h->type()) & 0x7FFF);
          }
          LdpStatusCode const code = msg->statusCode();
          if (code != LdpStatusCode::success) {
@@ -293,7 +291,7 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
          m["index"] = i;
          m["offset"] = at - offset;
          if (auto const * h = msg->msgHdr()) {
-            ++totals_.messagesPerType[static_cast<std::uint16_t>(h->type()) & 0x7FFF];
+            totals_.messagesPerType.count(static_cast<std::uint16_t>(h->type()) & 0x7FFF);
             m["type"] = msgTypeName(static_cast<std::uint16_t>(h->type()));
             m["typeCode"] = static_cast<std::uint16_t>(h->type());
             m["uBit"] = h->unknown();
@@ -339,7 +337,7 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
       auto const msg = Ldp::ldpMsgParserGet(pkt, pdu->messageOffset(i));
       auto const * h = msg->msgHdr();
       if (h) {
-         ++totals_.messagesPerType[static_cast<std::uint16_t>(h->type()) & 0x7FFF];
+         totals_.messagesPerType.count(static_cast<std::uint16_t>(h->type()) & 0x7FFF);
       }
       std::snprintf(index, sizeof index, "\n%u: ", static_cast<unsigned>(i));
       out_ << index << msg->stringValue();
@@ -462,10 +460,8 @@ void Reporter::writeSummaryText() {
    row(0, "PDUs", t.pdus);
    row(2, "invalid", t.invalidPdus);
    row(0, "messages", t.messages);
-   for (std::size_t type = 0; type < t.messagesPerType.size(); ++type) {
-      if (t.messagesPerType[type]) {
-         row(2, msgTypeName(type), t.messagesPerType[type]);
-      }
+   for (auto const & [type, n] : t.messagesPerType) {
+      row(2, msgTypeName(type), n);
    }
    row(2, "invalid", t.invalidMessages);
    row(2, "ignored (unknown type, U bit)", t.ignoredMessages);
@@ -509,10 +505,8 @@ void Reporter::writeSummaryJson() {
                   {"malformed", t.malformedFrames}};
    j["pdus"] = {{"total", t.pdus}, {"invalid", t.invalidPdus}};
    Json perType = Json::object();
-   for (std::size_t type = 0; type < t.messagesPerType.size(); ++type) {
-      if (t.messagesPerType[type]) {
-         perType[msgTypeName(type)] = t.messagesPerType[type];
-      }
+   for (auto const & [type, n] : t.messagesPerType) {
+      perType[msgTypeName(type)] = n;
    }
    j["messages"] = {{"total", t.messages},
                     {"invalid", t.invalidMessages},

@@ -49,6 +49,47 @@ struct Origin {
    std::uint64_t streamOffset = 0;      // TCP and hex input: position of its first byte
 };
 
+// Messages per type (the U bit left out), in type order. Counting the same type
+// as the message before costs no lookup.
+class TypeCounts {
+ public:
+   using Map = std::map<std::uint16_t, std::uint64_t>;
+
+   TypeCounts() = default;
+   TypeCounts(TypeCounts const & o) : counts_(o.counts_) {}
+   TypeCounts & operator=(TypeCounts const & o) {
+      counts_ = o.counts_;
+      last_ = nullptr;
+      return *this;
+   }
+
+   void count(std::uint16_t type) {
+      if (!last_ || lastType_ != type) {
+         last_ = &counts_[type];
+         lastType_ = type;
+      }
+      ++*last_;
+   }
+   void add(TypeCounts const & o) {
+      for (auto const & [type, n] : o.counts_) {
+         counts_[type] += n;
+      }
+   }
+   // The count of one type; 0 when none was seen.
+   std::uint64_t operator[](std::uint16_t type) const {
+      auto const it = counts_.find(type);
+      return it == counts_.end() ? 0 : it->second;
+   }
+   bool operator==(TypeCounts const & o) const { return counts_ == o.counts_; }
+   Map::const_iterator begin() const noexcept { return counts_.begin(); }
+   Map::const_iterator end() const noexcept { return counts_.end(); }
+
+ private:
+   Map counts_;
+   std::uint16_t lastType_ = 0;
+   std::uint64_t * last_ = nullptr;  // the count of lastType_
+};
+
 struct Totals {
    std::uint64_t frames = 0;
    std::uint64_t udpFrames = 0;
@@ -62,7 +103,7 @@ struct Totals {
    std::uint64_t messages = 0;
    std::uint64_t invalidMessages = 0;   // refused: the agent answers with a Notification
    std::uint64_t ignoredMessages = 0;   // unknown type with the U bit: skipped silently
-   std::vector<std::uint64_t> messagesPerType = std::vector<std::uint64_t>(0x8000, 0);
+   TypeCounts messagesPerType;
    std::map<std::uint32_t, std::uint64_t> faults;   // status code -> PDUs and messages refused with it
    std::set<Ldp::LdpIdentifier> ldpIds;
    std::map<std::string, std::uint64_t> notes;      // note kind -> count

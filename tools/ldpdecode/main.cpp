@@ -48,8 +48,9 @@ char const usageText[] =
     "  --json      JSON Lines: one object per PDU and per note; with --summary one\n"
     "              object of totals\n"
     "  --check     exit status 1 when the agent would refuse any PDU or message\n"
-    "  --threads N parse on N worker threads (default: one per processor, at\n"
-    "              most 4; 0 parses on the reading thread, as live capture does)\n"
+    "  --threads N parse on N worker threads besides the reading thread, which\n"
+    "              parses too (default: one per further processor, at most 4; 0\n"
+    "              parses on the reading thread alone, as live capture does)\n"
     "  -h, --help  this text\n"
     "\n"
     "Times are UTC. Exit status: 0 decoded; 1 faults found (with --check); 2 usage\n"
@@ -190,7 +191,7 @@ int main(int argc, char ** argv) {
    unsigned threads = 0;
    if (opt.iface.empty() && !opt.hex) {
       unsigned const cpus = std::thread::hardware_concurrency();
-      threads = opt.threads >= 0 ? static_cast<unsigned>(opt.threads) : (cpus > 1 ? std::min(cpus, 4u) : 0);
+      threads = opt.threads >= 0 ? static_cast<unsigned>(opt.threads) : (cpus > 1 ? std::min(cpus - 1, 4u) : 0);
    }
    std::unique_ptr<ReportSink> sink;
    if (threads) {
