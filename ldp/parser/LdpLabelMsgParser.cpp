@@ -34,6 +34,13 @@ bool LdpFecMsgParser::fecTlvStep(std::uint32_t i, FecValidity validity, char con
    return true;
 }
 
+bool LdpFecMsgParser::firstFecTlvStep(std::uint32_t i, FecValidity validity, char const * wildcardReason) {
+   if (i != 0) {
+      return fault(missingMessageParams, "FecTlv is not the 1st TLV in the message");
+   }
+   return fecTlvStep(i, validity, wildcardReason);
+}
+
 bool LdpFecMsgParser::fecParserValidStep() {
    LdpFecTlvParser const & fec = *ldpFecTlvParser();
    return fec.valid() || faultFrom(fec);
@@ -79,51 +86,32 @@ void LdpLabelMappingMsgParser::handleInitialized() {
    for (std::uint32_t i = 0; i < tlvNum(); ++i) {
       switch (tlvAt(i)->type()) {
        case LdpTlvType::fecTlv:
-         if (i != 0) {
-            fault(missingMessageParams, "FecTlv is not the 1st TLV in the message");
-            return;
-         }
-         if (!fecTlvStep(i, FecValidity::checked, "LDP Mapping Msg can not have Wildcard FEC TLV")) {
+         if (!firstFecTlvStep(i, FecValidity::checked, "LDP Mapping Msg can not have Wildcard FEC TLV")) {
             return;
          }
          break;
-       case LdpTlvType::genLabelTlv: {
+       case LdpTlvType::genLabelTlv:
          if (i != 1) {
             fault(missingMessageParams, "LdpGenLabelTlv is not the 2nd TLV in the message");
             return;
          }
-         auto * t = sizedTlv<LdpGenLabelTlv>(i, "Invalid size for LdpGenLabelTlv");
-         if (!t) {
-            return;
-         }
-         msgGenLabelTlv_ = t;
-         if (!validated(t, "LdpGenLabelTlv validation failure")) {
+         if (!fixedTlvStep(i, msgGenLabelTlv_, "Invalid size for LdpGenLabelTlv",
+                           "LdpGenLabelTlv validation failure")) {
             return;
          }
          break;
-       }
-       case LdpTlvType::labelReqMsgIdTlv: {
-         auto * t = sizedTlv<LdpLabelReqMsgIdTlv>(i, "Invalid size for LdpLabelReqMsgIdTlv");
-         if (!t) {
-            return;
-         }
-         msgReqMsgIdTlv_ = t;
-         if (!validated(t, "LdpLabelReqMsgIdTlv validation failure")) {
+       case LdpTlvType::labelReqMsgIdTlv:
+         if (!fixedTlvStep(i, msgReqMsgIdTlv_, "Invalid size for LdpLabelReqMsgIdTlv",
+                           "LdpLabelReqMsgIdTlv validation failure")) {
             return;
          }
          break;
-       }
-       case LdpTlvType::hopCountTlv: {
-         auto * t = sizedTlv<LdpHopCountTlv>(i, "Invalid size for LdpHopCountTlv");
-         if (!t) {
-            return;
-         }
-         msgHopCountTlv_ = t;
-         if (!validated(t, "LdpHopCountTlv validation failure")) {
+       case LdpTlvType::hopCountTlv:
+         if (!fixedTlvStep(i, msgHopCountTlv_, "Invalid size for LdpHopCountTlv",
+                           "LdpHopCountTlv validation failure")) {
             return;
          }
          break;
-       }
        case LdpTlvType::pathVectorTlv: {
          auto * t = pathVectorStep(i);
          if (!t) {
@@ -132,17 +120,12 @@ void LdpLabelMappingMsgParser::handleInitialized() {
          msgPathVectorTlv_ = t;
          break;
        }
-       case LdpTlvType::pwStatusTlv: {
-         auto * t = sizedTlv<LdpPwStatusTlv>(i, "Invalid size for LdpPwStatusTlv");
-         if (!t) {
-            return;
-         }
-         msgPwStatusTlv_ = t;
-         if (!validated(t, "LdpPwStatusTlv validation failure")) {
+       case LdpTlvType::pwStatusTlv:
+         if (!fixedTlvStep(i, msgPwStatusTlv_, "Invalid size for LdpPwStatusTlv",
+                           "LdpPwStatusTlv validation failure")) {
             return;
          }
          break;
-       }
        default:
          break;
       }
@@ -187,25 +170,16 @@ void LdpLabelRequestMsgParser::handleInitialized() {
    for (std::uint32_t i = 0; i < tlvNum(); ++i) {
       switch (tlvAt(i)->type()) {
        case LdpTlvType::fecTlv:
-         if (i != 0) {
-            fault(missingMessageParams, "FecTlv is not the 1st TLV in the message");
-            return;
-         }
-         if (!fecTlvStep(i, FecValidity::checked, "LDP Request Msg can not have Wildcard FEC TLV")) {
+         if (!firstFecTlvStep(i, FecValidity::checked, "LDP Request Msg can not have Wildcard FEC TLV")) {
             return;
          }
          break;
-       case LdpTlvType::hopCountTlv: {
-         auto * t = sizedTlv<LdpHopCountTlv>(i, "Invalid size for LdpHopCountTlv");
-         if (!t) {
-            return;
-         }
-         msgHopCountTlv_ = t;
-         if (!validated(t, "LdpHopCountTlv validation failure")) {
+       case LdpTlvType::hopCountTlv:
+         if (!fixedTlvStep(i, msgHopCountTlv_, "Invalid size for LdpHopCountTlv",
+                           "LdpHopCountTlv validation failure")) {
             return;
          }
          break;
-       }
        case LdpTlvType::pathVectorTlv: {
          auto * t = pathVectorStep(i);
          if (!t) {
@@ -250,37 +224,26 @@ void LdpLabelWithdrawReleaseMsgParser::withdrawReleaseStep(LdpMsgType own, char 
    for (std::uint32_t i = 0; i < tlvNum(); ++i) {
       switch (tlvAt(i)->type()) {
        case LdpTlvType::fecTlv:
-         if (i != 0) {
-            fault(missingMessageParams, "FecTlv is not the 1st TLV in the message");
-            return;
-         }
          // Both accept the Wildcard element.
-         if (!fecTlvStep(i, fecValidity, nullptr)) {
+         if (!firstFecTlvStep(i, fecValidity, nullptr)) {
             return;
          }
          break;
-       case LdpTlvType::genLabelTlv: {
+       case LdpTlvType::genLabelTlv:
          if (i != 1) {
             fault(missingMessageParams, "Label Tlv is not the 2nd TLV in the message");
             return;
          }
-         auto * t = sizedTlv<LdpGenLabelTlv>(i, "Invalid size for LdpGenLabelTlv");
-         if (!t) {
-            return;
-         }
-         msgGenLabelTlv_ = t;
-         if (!validated(t, "LdpGenLabelTlv validation failure")) {
+         if (!fixedTlvStep(i, msgGenLabelTlv_, "Invalid size for LdpGenLabelTlv",
+                           "LdpGenLabelTlv validation failure")) {
             return;
          }
          break;
-       }
        case LdpTlvType::statusTlv: {
-         auto * t = sizedTlv<LdpStatusTlv>(i, "Invalid size for LdpStatusTlv");
-         if (!t) {
-            return;
-         }
+         LdpStatusTlv * t = nullptr;
+         bool const ok = fixedTlvStep(i, t, "Invalid size for LdpStatusTlv", "LdpStatusTlv validation failure");
          msgStatusTlvIs(t);
-         if (!validated(t, "LdpStatusTlv validation failure")) {
+         if (!ok) {
             return;
          }
          break;
@@ -342,29 +305,20 @@ void LdpLabelAbortReqMsgParser::handleInitialized() {
    for (std::uint32_t i = 0; i < tlvNum(); ++i) {
       switch (tlvAt(i)->type()) {
        case LdpTlvType::fecTlv:
-         if (i != 0) {
-            fault(missingMessageParams, "FecTlv is not the 1st TLV in the message");
-            return;
-         }
-         if (!fecTlvStep(i, FecValidity::checked, "LDP Abort Msg can not have Wildcard FEC TLV")) {
+         if (!firstFecTlvStep(i, FecValidity::checked, "LDP Abort Msg can not have Wildcard FEC TLV")) {
             return;
          }
          break;
-       case LdpTlvType::labelReqMsgIdTlv: {
+       case LdpTlvType::labelReqMsgIdTlv:
          if (i != 1) {
             fault(missingMessageParams, "LdpLabelReqMsgIdTlv is not the 2nd TLV in the message");
             return;
          }
-         auto * t = sizedTlv<LdpLabelReqMsgIdTlv>(i, "Invalid size for LdpLabelReqMsgIdTlv");
-         if (!t) {
-            return;
-         }
-         msgReqMsgIdTlv_ = t;
-         if (!validated(t, "LdpLabelReqMsgIdTlv validation failure")) {
+         if (!fixedTlvStep(i, msgReqMsgIdTlv_, "Invalid size for LdpLabelReqMsgIdTlv",
+                           "LdpLabelReqMsgIdTlv validation failure")) {
             return;
          }
          break;
-       }
        default:
          break;
       }

@@ -34,6 +34,8 @@ class LdpFecMsgParser : public LdpMsgParser {
    // `checked` the parser's fault is copied; a Wildcard element is refused with
    // `wildcardReason` (unknownFec) unless that is null. False after a fault.
    bool fecTlvStep(std::uint32_t i, FecValidity validity, char const * wildcardReason);
+   // fecTlvStep for a FEC TLV found at index `i`, which must be 0.
+   bool firstFecTlvStep(std::uint32_t i, FecValidity validity, char const * wildcardReason);
    // The FEC parser's fault, copied when there is one; false then.
    bool fecParserValidStep();
 
@@ -55,6 +57,17 @@ class LdpFecMsgParser : public LdpMsgParser {
          return fault(code, reason);
       }
       return true;
+   }
+   // A fixed-size TLV `i`: its size check, then `slot` points to it, then its
+   // validate(). False after a fault (`slot` stays null after a size fault).
+   template <typename T>
+   bool fixedTlvStep(std::uint32_t i, T *& slot, char const * sizeReason, char const * validationReason) {
+      T * t = sizedTlv<T>(i, sizeReason);
+      if (!t) {
+         return false;
+      }
+      slot = t;
+      return validated(t, validationReason);
    }
    // The Path Vector TLV `i`: not empty (its 16-bit size at least 5), then its
    // validate(). Null after a fault.
