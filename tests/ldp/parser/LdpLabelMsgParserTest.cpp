@@ -13,6 +13,7 @@
 #include "ldp/parser/LdpLabelMsgParser.h"
 #include "support/DeathText.h"
 #include "support/Hex.h"
+#include "support/MsgFaults.h"
 #include "support/Truncation.h"
 
 using namespace Ldp;
@@ -24,48 +25,20 @@ using Code = LdpStatusCode;
 
 namespace {
 
-// A message of `type` (4 hex digits) with id 5 around `tlvs`; the length field
-// is counted from the hex.
+// A message of `type` (4 hex digits) with id 5 around `tlvs`.
 std::string message(char const * type, std::string const & tlvs) {
-   char length[8];
-   std::snprintf(length, sizeof length, "%04zx", hexBytes(tlvs).size() + 4);
-   return std::string(type) + " " + length + " 00000005 | " + tlvs;
+   return TestSupport::messageHex(type, "00000005", tlvs);
 }
 
-// A TLV of `type` around `value`, its length counted from the hex.
-std::string tlv(char const * type, std::string const & value) {
-   char length[8];
-   std::snprintf(length, sizeof length, "%04zx", hexBytes(value).size());
-   return std::string(type) + " " + length + " " + value + " | ";
-}
+// A TLV of `type` around `value`.
+std::string tlv(char const * type, std::string const & value) { return TestSupport::tlvHex(type, value); }
 
 using TestSupport::literal;
 
-template <typename P>
-Outcome outcomeOf(Zon::Ptr<P> const & p) {
-   return {p->statusCode(), p->reason()};
-}
-
-Outcome viaGet(std::vector<std::uint8_t> const & bytes) {
-   return outcomeOf(ldpMsgParserGet(Vorin::Pkt::fromBytes(bytes), 0));
-}
-
-struct FaultCase {
-   char const * name;
-   std::string hex;
-   Code code;
-   char const * reason;
-};
-
-using Factory = std::function<Outcome(Vorin::Pkt::Ptr const &)>;
-
-void checkFaults(std::vector<FaultCase> const & cases, Factory const & parse) {
-   for (auto const & c : cases) {
-      Outcome const o = parse(hexPkt(c.hex));
-      EXPECT_EQ(o.code, c.code) << c.name;
-      EXPECT_EQ(o.reason, c.reason) << c.name;
-   }
-}
+using TestSupport::checkFaults;
+using TestSupport::FaultCase;
+using TestSupport::outcomeOf;
+using TestSupport::viaGet;
 
 // The TLVs the tables are made of.
 std::string const prefixFec = tlv("0100", "02 0001 18 0a0102");

@@ -10,6 +10,7 @@
 #include "ldp/common/LdpUtils.h"
 #include "ldp/parser/LdpPwGenMsgParser.h"
 #include "support/Hex.h"
+#include "support/MsgFaults.h"
 #include "support/Truncation.h"
 
 using namespace Ldp;
@@ -21,23 +22,12 @@ using Code = LdpStatusCode;
 
 namespace {
 
-std::string lengthOf(std::string const & hex) {
-   char buf[8];
-   std::snprintf(buf, sizeof buf, "%04zx", hexBytes(hex).size());
-   return buf;
-}
+using TestSupport::viaGet;
 
 // A Notification with id 9 around `tlvs`.
-std::string notification(std::string const & tlvs) { return "0001 " + lengthOf("00000009" + tlvs) + " 00000009 | " + tlvs; }
+std::string notification(std::string const & tlvs) { return TestSupport::messageHex("0001", "00000009", tlvs); }
 
-std::string tlv(char const * type, std::string const & value) {
-   return std::string(type) + " " + lengthOf(value) + " " + value + " | ";
-}
-
-Outcome viaGet(std::vector<std::uint8_t> const & bytes) {
-   auto p = ldpMsgParserGet(Vorin::Pkt::fromBytes(bytes), 0);
-   return {p->statusCode(), p->reason()};
-}
+std::string tlv(char const * type, std::string const & value) { return TestSupport::tlvHex(type, value); }
 
 // Status TLVs: shutdown (E set) about message 7 of type Label Mapping, and the
 // PW status code 0x28 with E and F set (they are masked off).

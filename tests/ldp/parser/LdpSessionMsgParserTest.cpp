@@ -14,6 +14,7 @@
 #include "ldp/parser/LdpSessionMsgParser.h"
 #include "support/DeathText.h"
 #include "support/Hex.h"
+#include "support/MsgFaults.h"
 #include "support/Truncation.h"
 
 using namespace Ldp;
@@ -25,41 +26,17 @@ using Code = LdpStatusCode;
 
 namespace {
 
-// A message of `type` (4 hex digits) with id 1 around `tlvs`; the length field
-// is counted from the hex.
+// A message of `type` (4 hex digits) with id 1 around `tlvs`.
 std::string message(char const * type, std::string const & tlvs) {
-   char length[8];
-   std::snprintf(length, sizeof length, "%04zx", hexBytes(tlvs).size() + 4);
-   return std::string(type) + " " + length + " 00000001 | " + tlvs;
+   return TestSupport::messageHex(type, "00000001", tlvs);
 }
 
 using TestSupport::literal;
 
-template <typename P>
-Outcome outcomeOf(Zon::Ptr<P> const & p) {
-   return {p->statusCode(), p->reason()};
-}
-
-Outcome viaGet(std::vector<std::uint8_t> const & bytes) {
-   return outcomeOf(ldpMsgParserGet(Vorin::Pkt::fromBytes(bytes), 0));
-}
-
-struct FaultCase {
-   char const * name;
-   std::string hex;
-   Code code;
-   char const * reason;
-};
-
-using Factory = std::function<Outcome(Vorin::Pkt::Ptr const &)>;
-
-void checkFaults(std::vector<FaultCase> const & cases, Factory const & parse) {
-   for (auto const & c : cases) {
-      Outcome const o = parse(hexPkt(c.hex));
-      EXPECT_EQ(o.code, c.code) << c.name;
-      EXPECT_EQ(o.reason, c.reason) << c.name;
-   }
-}
+using TestSupport::checkFaults;
+using TestSupport::FaultCase;
+using TestSupport::outcomeOf;
+using TestSupport::viaGet;
 
 // Common hello (hold time 15), IPv4 transport address, configuration sequence
 // number 7, and a dual-stack TLV (0x0701 with the U bit) that is skipped.
