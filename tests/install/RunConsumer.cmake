@@ -12,4 +12,5 @@ run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${WORK}/prefix")
 run(${CMAKE_COMMAND} -S "${SRC}" -B "${WORK}/build" "-DCMAKE_PREFIX_PATH=${WORK}/prefix"
     "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}" "-DCMAKE_EXE_LINKER_FLAGS=${LINK_FLAGS}")
 run(${CMAKE_COMMAND} --build "${WORK}/build")
-run("${WORK}/build/consumer")
+# EMULATOR: empty, or the emulator that 32-bit programs need on this kernel.
+run(${EMULATOR} "${WORK}/build/consumer")
