@@ -64,13 +64,15 @@ void ParallelReporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & p
 }
 
 void ParallelReporter::streamNote(Origin const & origin, StreamNote const & note) {
-   add(Job::Kind::streamNote, origin, nullptr).streamNote = note;
+   Job & j = add(Job::Kind::streamNote, origin, nullptr);
+   j.note = static_cast<std::uint32_t>(open_->notes.size());
+   open_->notes.push_back(Note{note, {}, {}});
 }
 
 void ParallelReporter::note(Origin const & origin, std::string_view kind, std::string const & text) {
    Job & j = add(Job::Kind::note, origin, nullptr);
-   j.noteKind = kind;
-   j.noteText = text;
+   j.note = static_cast<std::uint32_t>(open_->notes.size());
+   open_->notes.push_back(Note{StreamNote{}, std::string(kind), text});
 }
 
 void ParallelReporter::submit() {
@@ -117,7 +119,7 @@ void ParallelReporter::writeOldest() {
    inFlight_.pop_front();
 }
 
-void ParallelReporter::render(Reporter & r, Job const & job) {
+void ParallelReporter::render(Reporter & r, Batch const & b, Job const & job) {
    Origin o;
    o.frame = job.hasFrame ? &job.frame : nullptr;
    o.firstFrame = job.firstFrame;
@@ -129,10 +131,10 @@ void ParallelReporter::render(Reporter & r, Job const & job) {
       r.pdu(o, job.pkt, job.offset);
       break;
     case Job::Kind::streamNote:
-      r.streamNote(o, job.streamNote);
+      r.streamNote(o, b.notes[job.note].streamNote);
       break;
     case Job::Kind::note:
-      r.note(o, job.noteKind, job.noteText);
+      r.note(o, b.notes[job.note].kind, b.notes[job.note].text);
       break;
    }
 }
@@ -155,7 +157,7 @@ void ParallelReporter::work(Worker & w) {
 
 void ParallelReporter::runBatch(Worker & w, Batch & b) {
    for (Job const & job : b.jobs) {
-      render(*w.reporter, job);
+      render(*w.reporter, b, job);
    }
    b.text = w.out.take();
    {

@@ -58,12 +58,17 @@ class ParallelReporter final : public ReportSink {
       std::uint64_t streamOffset = 0;
       Zon::Ptr<Vorin::Pkt> pkt;
       std::uint32_t offset = 0;
+      std::uint32_t note = 0;  // a note's index in its batch's notes
+   };
+   // Notes are rare: they are kept apart, so that a PDU's job stays small.
+   struct Note {
       StreamNote streamNote;
-      std::string noteKind;
-      std::string noteText;
+      std::string kind;
+      std::string text;
    };
    struct Batch {
       std::vector<Job> jobs;
+      std::vector<Note> notes;
       std::size_t pdus = 0;
       std::string text;
       bool done = false;
@@ -81,7 +86,7 @@ class ParallelReporter final : public ReportSink {
    void work(Worker & w);
    // Parses and renders batch `b` with `w`'s reporter, then marks it done.
    void runBatch(Worker & w, Batch & b);
-   static void render(Reporter & r, Job const & job);
+   static void render(Reporter & r, Batch const & b, Job const & job);
 
    OutputMode mode_;
    Output & out_;
