@@ -39,36 +39,6 @@ class LdpFecMsgParser : public LdpMsgParser {
    // The FEC parser's fault, copied when there is one; false then.
    bool fecParserValidStep();
 
-   // TLV `i` seen as T when its length field is T's required length (and its
-   // bytes were received); otherwise a malformedTlv fault with `sizeReason`.
-   template <typename T>
-   T * sizedTlv(std::uint32_t i, char const * sizeReason) {
-      T * t = tlvAt(i)->length() == T::requiredLength ? tlvAs<T>(i) : nullptr;
-      if (!t) {
-         fault(LdpStatusCode::malformedTlv, sizeReason);
-      }
-      return t;
-   }
-   // T's validate() of a TLV that passed its size check; a fault with
-   // `reason` and validate()'s code when it fails.
-   template <typename T>
-   bool validated(T const * t, char const * reason) {
-      if (LdpStatusCode const code = t->validate(); code != LdpStatusCode::success) {
-         return fault(code, reason);
-      }
-      return true;
-   }
-   // A fixed-size TLV `i`: its size check, then `slot` points to it, then its
-   // validate(). False after a fault (`slot` stays null after a size fault).
-   template <typename T>
-   bool fixedTlvStep(std::uint32_t i, T *& slot, char const * sizeReason, char const * validationReason) {
-      T * t = sizedTlv<T>(i, sizeReason);
-      if (!t) {
-         return false;
-      }
-      slot = t;
-      return validated(t, validationReason);
-   }
    // The Path Vector TLV `i`: not empty (its 16-bit size at least 5), then its
    // validate(). Null after a fault.
    LdpPathVectorTlv * pathVectorStep(std::uint32_t i);

@@ -97,11 +97,49 @@ class LdpMsgParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    }
    template <typename T>
    T * tlvAs(std::uint32_t index) const noexcept {
-      LdpTlvHdr * h = tlvAt(index);
+      if (index >= tlvNum()) {
+         return nullptr;
+      }
+      std::uint32_t const offset = tlvOffsetAt(index);
+      LdpTlvHdr const * h = reader_.view<LdpTlvHdr>(offset);
       if (!h) {
          return nullptr;
       }
-      return reader_.view<T>(tlvOffsetAt(index), std::uint32_t(h->length()) + LdpTlvHdr::tlvHdrSizeExclude);
+      return reader_.view<T>(offset, std::uint32_t(h->length()) + LdpTlvHdr::tlvHdrSizeExclude);
+   }
+
+   // TLV `i` seen as T when its length field is T's required length (and its
+   // bytes were received); otherwise a malformedTlv fault with `sizeReason`.
+   template <typename T>
+   T * sizedTlv(std::uint32_t i, char const * sizeReason) {
+      T * t = tlvAs<T>(i);
+      if (t && t->length() != T::requiredLength) {
+         t = nullptr;
+      }
+      if (!t) {
+         fault(LdpStatusCode::malformedTlv, sizeReason);
+      }
+      return t;
+   }
+   // T's validate() of a TLV that passed its size check; a fault with
+   // `reason` and validate()'s code when it fails.
+   template <typename T>
+   bool validated(T const * t, char const * reason) {
+      if (LdpStatusCode const code = t->validate(); code != LdpStatusCode::success) {
+         return fault(code, reason);
+      }
+      return true;
+   }
+   // A fixed-size TLV `i`: its size check, then `slot` points to it, then its
+   // validate(). False after a fault (`slot` stays null after a size fault).
+   template <typename T>
+   bool fixedTlvStep(std::uint32_t i, T *& slot, char const * sizeReason, char const * validationReason) {
+      T * t = sizedTlv<T>(i, sizeReason);
+      if (!t) {
+         return false;
+      }
+      slot = t;
+      return validated(t, validationReason);
    }
 
    // "   Msg Id: %d," of a valid message's text form.

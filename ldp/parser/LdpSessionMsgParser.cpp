@@ -44,23 +44,15 @@ void LdpHelloMsgParser::handleInitialized() {
             fault(missingMessageParams, "LdpCommonHelloTlv is not the 1st TLV in the message");
             return;
          }
-         auto * t = h->length() == LdpCommonHelloTlv::requiredLength ? tlvAs<LdpCommonHelloTlv>(i) : nullptr;
-         if (!t) {
-            fault(malformedTlv, "Invalid size for LdpCommonHelloTlv");
-            return;
-         }
-         msgCommonHelloTlv_ = t;
-         if (auto const code = t->validate(); code != LdpStatusCode::success) {
-            fault(code, "LdpCommonHelloTlv validation failure");
+         if (!fixedTlvStep(i, msgCommonHelloTlv_, "Invalid size for LdpCommonHelloTlv",
+                           "LdpCommonHelloTlv validation failure")) {
             return;
          }
          break;
        }
        case LdpTlvType::ipv4TransportAddrTlv: {
-         auto * t =
-             h->length() == LdpIpTransportAddrTlv::requiredLength ? tlvAs<LdpIpTransportAddrTlv>(i) : nullptr;
+         auto * t = sizedTlv<LdpIpTransportAddrTlv>(i, "Invalid size for LdpIpTransportAddrTlv");
          if (!t) {
-            fault(malformedTlv, "Invalid size for LdpIpTransportAddrTlv");
             return;
          }
          if (msgIp6TransportTlv_) {
@@ -75,23 +67,15 @@ void LdpHelloMsgParser::handleInitialized() {
          break;
        }
        case LdpTlvType::configSeqNumTlv: {
-         auto * t = h->length() == LdpConfigSeqNumTlv::requiredLength ? tlvAs<LdpConfigSeqNumTlv>(i) : nullptr;
-         if (!t) {
-            fault(malformedTlv, "Invalid size for LdpConfigSeqNumTlv");
-            return;
-         }
-         msgConfigSeqTlv_ = t;
-         if (auto const code = t->validate(); code != LdpStatusCode::success) {
-            fault(code, "LdpConfigSeqNumTlv validation failure");
+         if (!fixedTlvStep(i, msgConfigSeqTlv_, "Invalid size for LdpConfigSeqNumTlv",
+                           "LdpConfigSeqNumTlv validation failure")) {
             return;
          }
          break;
        }
        case LdpTlvType::ipv6TransportAddrTlv: {
-         auto * t =
-             h->length() == LdpIp6TransportAddrTlv::requiredLength ? tlvAs<LdpIp6TransportAddrTlv>(i) : nullptr;
+         auto * t = sizedTlv<LdpIp6TransportAddrTlv>(i, "Invalid size for LdpIp6TransportAddrTlv");
          if (!t) {
-            fault(malformedTlv, "Invalid size for LdpIp6TransportAddrTlv");
             return;
          }
          if (msgIpTransportTlv_) {
@@ -170,10 +154,8 @@ void LdpInitMsgParser::handleInitialized() {
          fault(missingMessageParams, "CommonSessionParamTlv is not the 1st TLV in the message");
          return;
       }
-      auto * t = h->length() == LdpCommonSessionParamTlv::requiredLength ? tlvAs<LdpCommonSessionParamTlv>(i)
-                                                                         : nullptr;
+      auto * t = sizedTlv<LdpCommonSessionParamTlv>(i, "LdpCommonSessionParamTlv TLV is not the right size");
       if (!t) {
-         fault(malformedTlv, "LdpCommonSessionParamTlv TLV is not the right size");
          return;
       }
       msgSessionParamTlv_ = t;
