@@ -2,7 +2,7 @@
 // message, on five kinds of PDU, with heap allocations counted per message. The
 // baseline only walks the framing (PDU header, message headers, TLV headers) with
 // bounds checks; every figure is also reported as a ratio to it.
-// This file replaces the global operator new to count allocations; GCC then
+// The allocations are counted by replacing the global operator new; GCC then
 // takes library code that frees with the sized delete for a mismatch.
 #pragma GCC diagnostic ignored "-Wmismatched-new-delete"
 
@@ -18,21 +18,8 @@
 
 #include "ldp/common/LdpUtils.h"
 #include "ldp/parser/LdpPduParser.h"
+#include "support/AllocCount.h"
 #include "vorin/Pkt.h"
-
-// Every heap allocation of this program passes here.
-namespace {
-std::atomic<std::uint64_t> allocations{0};
-}
-void * operator new(std::size_t n) {
-   allocations.fetch_add(1, std::memory_order_relaxed);
-   if (void * p = std::malloc(n ? n : 1)) {
-      return p;
-   }
-   throw std::bad_alloc();
-}
-void operator delete(void * p) noexcept { std::free(p); }
-void operator delete(void * p, std::size_t) noexcept { std::free(p); }
 
 namespace {
 
@@ -141,7 +128,7 @@ std::uint32_t walkFraming(std::uint8_t const * p, std::uint32_t n) {
 void parseAll(benchmark::State & state, std::vector<std::uint8_t> const & bytes) {
    auto pkt = Vorin::Pkt::fromBytes(bytes);
    std::uint64_t messages = 0;
-   std::uint64_t const before = allocations.load();
+   std::uint64_t const before = TestSupport::heapAllocations.load();
    for (auto _ : state) {
       auto p = Ldp::ldpPduParserFactory(pkt, 0);
       for (std::uint32_t i = 0; i < p->messageNum(); ++i) {
@@ -154,7 +141,7 @@ void parseAll(benchmark::State & state, std::vector<std::uint8_t> const & bytes)
       }
       messages += p->messageNum();
    }
-   std::uint64_t const allocs = allocations.load() - before;
+   std::uint64_t const allocs = TestSupport::heapAllocations.load() - before;
    // The framing walk over the same bytes, timed here too, so that the parse
    // cost is also a ratio to it.
    std::uint64_t const rounds = 20000;

@@ -7,35 +7,17 @@
 #include <string>
 
 #include "ldp/wire/LdpPwHdr.h"
+#include "support/DeathText.h"
 #include "support/Hex.h"
+#include "support/Overlay.h"
 
 using namespace Ldp;
 using TestSupport::hexBytes;
 using TestSupport::toHex;
+using TestSupport::literal;
+using TestSupport::overlay;
 
 namespace {
-
-// A copy of golden bytes as a view; the hex must be exactly the view's size.
-template <typename T>
-T fecView(std::string_view hex) {
-   auto b = hexBytes(hex);
-   EXPECT_EQ(b.size(), sizeof(T)) << hex;
-   T t;
-   std::memcpy(&t, b.data(), std::min(b.size(), sizeof(T)));
-   return t;
-}
-
-// The assertion text as a death-test pattern that matches it literally, on its own line.
-std::string fecAssertLine(std::string_view text) {
-   std::string out = "\n";
-   for (char c : text) {
-      if (std::strchr(".()[]{}*+?|^$\\", c)) {
-         out += '\\';
-      }
-      out += c;
-   }
-   return out + "\n";
-}
 
 TEST(LdpFecTlvElementHdr, DefaultTypeIsZeroAndTypeIsWritesOctet0) {
    LdpFecTlvElementHdr h;
@@ -45,23 +27,23 @@ TEST(LdpFecTlvElementHdr, DefaultTypeIsZeroAndTypeIsWritesOctet0) {
    EXPECT_EQ(toHex(h), "80");
    h.typeFieldIs(LdpFecTlvElementHdrTypeField(LdpFecElementType::hostAddrElement));
    EXPECT_EQ(toHex(h), "03");
-   EXPECT_EQ(fecView<LdpFecTlvElementHdr>("81").type(), LdpFecElementType::pwGenIdelement);
+   EXPECT_EQ(overlay<LdpFecTlvElementHdr>("81").type(), LdpFecElementType::pwGenIdelement);
    EXPECT_EQ(h.stringValue(), "Value('Ldp::LdpFecTlvElementHdr', ** {'type': hostAddrElement})");
    EXPECT_EQ(h.typeField().stringValue(), "Value('Ldp::LdpFecTlvElementHdrTypeField', ** {'type': hostAddrElement})");
    // A type octet without an enumerator prints as its number.
-   EXPECT_EQ(fecView<LdpFecTlvElementHdr>("7f").stringValue(), "Value('Ldp::LdpFecTlvElementHdr', ** {'type': 127})");
+   EXPECT_EQ(overlay<LdpFecTlvElementHdr>("7f").stringValue(), "Value('Ldp::LdpFecTlvElementHdr', ** {'type': 127})");
 }
 
 TEST(LdpFecTlvWildcardElementHdr, OneOctet) {
-   auto h = fecView<LdpFecTlvWildcardElementHdr>("01");
+   auto h = overlay<LdpFecTlvWildcardElementHdr>("01");
    EXPECT_EQ(h.type(), LdpFecElementType::wildcardElement);
    EXPECT_EQ(h.stringValue(), "Value('Ldp::LdpFecTlvWildcardElementHdr', ** {'type': wildcardElement})");
-   EXPECT_EQ(h, fecView<LdpFecTlvWildcardElementHdr>("01"));
+   EXPECT_EQ(h, overlay<LdpFecTlvWildcardElementHdr>("01"));
    EXPECT_NE(h, LdpFecTlvWildcardElementHdr());
 }
 
 TEST(LdpFecTlvPrefixElementHdr, FieldsFromGoldenBytes) {
-   auto h = fecView<LdpFecTlvPrefixElementHdr>("02 0102 19");
+   auto h = overlay<LdpFecTlvPrefixElementHdr>("02 0102 19");
    EXPECT_EQ(h.type(), LdpFecElementType::prefixElement);
    EXPECT_EQ(h.family(), 0x0102); // octets 1..2, network order
    EXPECT_EQ(h.familyNbo(), Vorin::NetU16::fromHost(0x0102));
@@ -79,9 +61,9 @@ TEST(LdpFecTlvPrefixElementHdr, BuiltFieldByField) {
    EXPECT_EQ(toHex(h), "02000240");
    h.familyNboIs(Vorin::NetU16::fromHost(1));
    EXPECT_EQ(toHex(h), "02000140");
-   EXPECT_EQ(h, fecView<LdpFecTlvPrefixElementHdr>("02000140"));
-   EXPECT_NE(h, fecView<LdpFecTlvPrefixElementHdr>("02000141"));
-   EXPECT_NE(h, fecView<LdpFecTlvPrefixElementHdr>("02000240"));
+   EXPECT_EQ(h, overlay<LdpFecTlvPrefixElementHdr>("02000140"));
+   EXPECT_NE(h, overlay<LdpFecTlvPrefixElementHdr>("02000141"));
+   EXPECT_NE(h, overlay<LdpFecTlvPrefixElementHdr>("02000240"));
 }
 
 TEST(LdpFecTlvPrefixElementHdr, TotalLengthRoundsPrefixBitsUpToOctets) {
@@ -99,7 +81,7 @@ TEST(LdpFecTlvPrefixElementHdr, TotalLengthRoundsPrefixBitsUpToOctets) {
 }
 
 TEST(LdpFecTlvHostAddressElementHdr, FieldsAndLength) {
-   auto h = fecView<LdpFecTlvHostAddressElementHdr>("03 0002 10");
+   auto h = overlay<LdpFecTlvHostAddressElementHdr>("03 0002 10");
    EXPECT_EQ(h.type(), LdpFecElementType::hostAddrElement);
    EXPECT_EQ(h.family(), 2);
    EXPECT_EQ(h.hostAddrLen(), 16);
@@ -110,7 +92,7 @@ TEST(LdpFecTlvHostAddressElementHdr, FieldsAndLength) {
    h.familyIs(1);
    EXPECT_EQ(toHex(h), "03000104");
    EXPECT_EQ(h.totalLength(), 8u);
-   EXPECT_NE(h, fecView<LdpFecTlvHostAddressElementHdr>("03000105"));
+   EXPECT_NE(h, overlay<LdpFecTlvHostAddressElementHdr>("03000105"));
 }
 
 TEST(LdpFecTlvElement, IpElementsCarryTheirPrefix) {
@@ -161,8 +143,8 @@ TEST_F(LdpFecTlvElementDeathTest, WrongFecAccessorForTheElementType) {
    Zon::Ptr<LdpFecTlvElement> pw = ldpFecTlvPwIdElementFactory();
    Zon::Ptr<LdpFecTlvElement> prefix = ldpFecTlvPrefixElementFactory(Vorin::IpGenPrefix::fromString("10.0.0.0/8"));
    Zon::Ptr<LdpFecTlvElement> wildcard = ldpFecTlvWildcardElementFactory();
-   std::string const ipOnly = fecAssertLine("fwdEqvCls valid for Ip Fec Tlvs only");
-   std::string const pwOnly = fecAssertLine("pwFwdEqvCls valid for Pw Fec Tlvs only");
+   std::string const ipOnly = literal("fwdEqvCls valid for Ip Fec Tlvs only");
+   std::string const pwOnly = literal("pwFwdEqvCls valid for Pw Fec Tlvs only");
    EXPECT_DEATH(pw->fwdEqvCls(), ipOnly);
    EXPECT_DEATH(pw->fwdEqvClsIs(Mpls::FwdEqvClass(Vorin::IpGenPrefix::fromString("10.0.0.0/8"))), ipOnly);
    EXPECT_DEATH(prefix->pwFwdEqvCls(), pwOnly);
@@ -173,7 +155,7 @@ TEST_F(LdpFecTlvElementDeathTest, WrongFecAccessorForTheElementType) {
 
 TEST_F(LdpFecTlvElementDeathTest, BaseTextFormIsNotToBeCalled) {
    Zon::Ptr<LdpFecTlvElement const> e(new TextlessElement);
-   EXPECT_DEATH(e->stringValue(), fecAssertLine("Internal Error. To be implemented in derived classes"));
+   EXPECT_DEATH(e->stringValue(), literal("Internal Error. To be implemented in derived classes"));
 }
 
 } // namespace

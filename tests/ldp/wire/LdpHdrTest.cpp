@@ -5,21 +5,14 @@
 #include <cstring>
 
 #include "support/Hex.h"
+#include "support/Overlay.h"
 
 using namespace Ldp;
 using TestSupport::hexBytes;
 using TestSupport::toHex;
+using TestSupport::overlay;
 
 namespace {
-
-template <typename T>
-T overlay(std::string_view hex) {
-   auto b = hexBytes(hex);
-   EXPECT_EQ(b.size(), sizeof(T));
-   T t;
-   std::memcpy(&t, b.data(), sizeof(T));
-   return t;
-}
 
 TEST(LdpPduHdr, FieldsFromGoldenBytes) {
    auto h = overlay<LdpPduHdr>("0001 001e 0a000001 0002");

@@ -7,48 +7,19 @@
 #include <memory>
 #include <string>
 
+#include "support/DeathText.h"
 #include "support/Hex.h"
+#include "support/Overlay.h"
 
 using namespace Ldp;
 using TestSupport::hexBytes;
 using TestSupport::toHex;
+using TestSupport::literal;
+using TestSupport::ExactBuf;
 
 namespace {
 
 using Pseudowire::PseudowireType;
-
-// Golden bytes in a heap block of exactly their size: a view that reads past the
-// item (the PW ID, the description text) is caught by AddressSanitizer.
-class PwBuf {
- public:
-   explicit PwBuf(std::string_view hex) {
-      auto b = hexBytes(hex);
-      size_ = b.size();
-      bytes_ = std::make_unique<std::uint8_t[]>(size_);
-      std::memcpy(bytes_.get(), b.data(), size_);
-   }
-   template <typename T>
-   T & as() {
-      return *reinterpret_cast<T *>(bytes_.get());
-   }
-   std::string hex() const { return toHex(std::span<std::uint8_t const>(bytes_.get(), size_)); }
-
- private:
-   std::unique_ptr<std::uint8_t[]> bytes_;
-   std::size_t size_ = 0;
-};
-
-// Death-test pattern matching `text` literally on its own line.
-std::string pwAssertLine(std::string_view text) {
-   std::string out = "\n";
-   for (char c : text) {
-      if (std::strchr(".()[]{}*+?|^$\\", c)) {
-         out += '\\';
-      }
-      out += c;
-   }
-   return out + "\n";
-}
 
 // ---------------------------------------------------------------------------
 // PWid element
@@ -58,7 +29,7 @@ std::string pwAssertLine(std::string_view text) {
 constexpr char pwIdElement[] = "80 8005 08 00000007 | 00000064 | 0104 05dc";
 
 TEST(LdpFecTlvPwIdElementHdr, FieldsFromGoldenBytes) {
-   PwBuf buf(pwIdElement);
+   ExactBuf buf(pwIdElement);
    auto const & h = buf.as<LdpFecTlvPwIdElementHdr>();
    EXPECT_EQ(h.type(), LdpFecElementType::pwIdElement);
    EXPECT_TRUE(h.controlWord());
@@ -97,22 +68,22 @@ TEST(LdpFecTlvPwIdElementHdr, CbitAndTypeShareOneWord) {
 }
 
 TEST(LdpFecTlvPwIdElementHdr, PwIdIsWritesTheFourOctetsAfterTheHeader) {
-   PwBuf buf("80 0005 04 00000001 | 00000000");
+   ExactBuf buf("80 0005 04 00000001 | 00000000");
    auto & h = buf.as<LdpFecTlvPwIdElementHdr>();
    h.pwIdIs(Pseudowire::PseudowireId(0xDEADBEEF));
    EXPECT_EQ(buf.hex(), "800005040000000" "1deadbeef");
    EXPECT_EQ(h.pwId(), Pseudowire::PseudowireId(0xDEADBEEF));
    // The header alone compares equal whatever follows it.
-   EXPECT_EQ(h, PwBuf("80 0005 04 00000001 | 00000000").as<LdpFecTlvPwIdElementHdr>());
+   EXPECT_EQ(h, ExactBuf("80 0005 04 00000001 | 00000000").as<LdpFecTlvPwIdElementHdr>());
 }
 
 TEST(LdpFecTlvPwIdElementHdrDeathTest, NoPwIdBelowFourOctetsOfPwInfo) {
    // An 8-byte buffer: with pwInfoLen below 4 there is no PW ID to read.
    for (char const * hex : {"80 0005 00 00000001", "80 0005 03 00000001"}) {
-      PwBuf buf(hex);
+      ExactBuf buf(hex);
       auto & h = buf.as<LdpFecTlvPwIdElementHdr>();
-      EXPECT_DEATH(h.pwId(), pwAssertLine("pwInfoLen() >= 4")) << hex;
-      EXPECT_DEATH(h.pwIdIs(Pseudowire::PseudowireId(1)), pwAssertLine("pwInfoLen() >= 4")) << hex;
+      EXPECT_DEATH(h.pwId(), literal("pwInfoLen() >= 4")) << hex;
+      EXPECT_DEATH(h.pwIdIs(Pseudowire::PseudowireId(1)), literal("pwInfoLen() >= 4")) << hex;
    }
 }
 
@@ -120,24 +91,24 @@ TEST(LdpFecTlvPwIdElementHdrDeathTest, NoPwIdBelowFourOctetsOfPwInfo) {
 // Interface parameter sub-TLVs
 
 TEST(LdpPwIntfParamSubTlv, AccessorsFromGoldenBytes) {
-   PwBuf mtu("01 04 05dc");
+   ExactBuf mtu("01 04 05dc");
    EXPECT_EQ(mtu.as<LdpPwIntfMtuSubTlv>().type(), LdpPwIntfParamSubTlvType::intfMtu);
    EXPECT_EQ(mtu.as<LdpPwIntfMtuSubTlv>().length(), 4);
    EXPECT_EQ(mtu.as<LdpPwIntfMtuSubTlv>().mtu(), 1500);
    EXPECT_EQ(mtu.as<LdpPwIntfMtuSubTlv>().stringValue(),
              "Value('Ldp::LdpPwIntfMtuSubTlv', ** {'type': intfMtu, 'length': 4, 'mtu': 1500})");
 
-   PwBuf vlan("06 04 0ffe");
+   ExactBuf vlan("06 04 0ffe");
    EXPECT_EQ(vlan.as<LdpPwRequestedVlanIdSubTlv>().vlanId(), 4094);
    EXPECT_EQ(vlan.as<LdpPwRequestedVlanIdSubTlv>().stringValue(),
              "Value('Ldp::LdpPwRequestedVlanIdSubTlv', ** {'type': requestedVlanId, 'length': 4, 'vlanId': 4094})");
 
-   PwBuf frag("09 04 0100");
+   ExactBuf frag("09 04 0100");
    EXPECT_EQ(frag.as<LdpPwFragIndicatorSubTlv>().fragIndicator(), 0x0100);
    EXPECT_TRUE(frag.as<LdpPwFragIndicatorSubTlv>().fragCapable());
-   EXPECT_FALSE(PwBuf("09 04 0000").as<LdpPwFragIndicatorSubTlv>().fragCapable());
+   EXPECT_FALSE(ExactBuf("09 04 0000").as<LdpPwFragIndicatorSubTlv>().fragCapable());
 
-   PwBuf vccv("0c 04 02 05");
+   ExactBuf vccv("0c 04 02 05");
    EXPECT_EQ(vccv.as<LdpPwVccvParamSubTlv>().ccTypes(), 2);
    EXPECT_EQ(vccv.as<LdpPwVccvParamSubTlv>().cvTypes(), 5);
    EXPECT_EQ(vccv.as<LdpPwVccvParamSubTlv>().vccvParam(), LdpPwVccvParamField(2, 5));
@@ -179,16 +150,16 @@ TEST(LdpPwIntfDescSubTlv, DescriptionReadsLengthMinusTwoAndStopsAtNul) {
        {"03 04 6162", "ab"},
    };
    for (auto const & c : cases) {
-      PwBuf buf(c.hex);
+      ExactBuf buf(c.hex);
       EXPECT_EQ(buf.as<LdpPwIntfDescSubTlv>().description(), c.description) << c.hex;
    }
-   PwBuf buf("03 06 67652d30");
+   ExactBuf buf("03 06 67652d30");
    EXPECT_EQ(buf.as<LdpPwIntfDescSubTlv>().stringValue(),
              "Value('Ldp::LdpPwIntfDescSubTlv', ** {'type': intfDesc, 'length': 6, 'description': 'ge-0'})");
 }
 
 TEST(LdpPwIntfDescSubTlv, DescriptionIsWritesTextAndLength) {
-   PwBuf buf("00 00 00000000");
+   ExactBuf buf("00 00 00000000");
    auto & d = buf.as<LdpPwIntfDescSubTlv>();
    d.typeIs(LdpPwIntfParamSubTlvType::intfDesc);
    d.descriptionIs("eth1");
@@ -200,7 +171,7 @@ TEST(LdpPwIntfDescSubTlv, DescriptionIsWritesTextAndLength) {
 }
 
 template <typename T>
-LdpStatusCode validateSubTlv(PwBuf & b) {
+LdpStatusCode validateSubTlv(ExactBuf & b) {
    return b.as<T>().validate();
 }
 
@@ -209,7 +180,7 @@ TEST(LdpPwIntfParamSubTlv, Validate) {
    std::string const desc81 = "03 53" + std::string(162, '6');  // length 83
    struct Case {
       std::string hex;
-      LdpStatusCode (*validate)(PwBuf &);
+      LdpStatusCode (*validate)(ExactBuf &);
       LdpStatusCode expected;
    };
    auto const ok = LdpStatusCode::success;
@@ -242,7 +213,7 @@ TEST(LdpPwIntfParamSubTlv, Validate) {
        {"03 03 00", validateSubTlv<LdpPwIntfDescSubTlv>, bad},
    };
    for (auto const & c : cases) {
-      PwBuf buf(c.hex);
+      ExactBuf buf(c.hex);
       EXPECT_EQ(c.validate(buf), c.expected) << c.hex;
    }
 }
@@ -251,7 +222,7 @@ TEST(LdpPwIntfParamSubTlvDeathTest, ValidateAssertsItsOwnTypeFirst) {
    // Each carries another sub-TLV's type and a bad length: the type is checked first.
    struct Case {
       char const * hex;
-      LdpStatusCode (*validate)(PwBuf &);
+      LdpStatusCode (*validate)(ExactBuf &);
       char const * text;
    };
    Case const cases[] = {
@@ -262,8 +233,8 @@ TEST(LdpPwIntfParamSubTlvDeathTest, ValidateAssertsItsOwnTypeFirst) {
        {"01 06 0102", validateSubTlv<LdpPwVccvParamSubTlv>, "type() == Ldp::vccvParam_"},
    };
    for (auto const & c : cases) {
-      PwBuf buf(c.hex);
-      EXPECT_DEATH(c.validate(buf), pwAssertLine(c.text)) << c.hex;
+      ExactBuf buf(c.hex);
+      EXPECT_DEATH(c.validate(buf), literal(c.text)) << c.hex;
    }
 }
 
@@ -366,7 +337,7 @@ TEST(LdpFecTlvPwIdElement, HoldsItsPseudowireFec) {
 // PW Status TLV
 
 TEST(LdpPwStatusTlv, FieldsAndTextFromGoldenBytes) {
-   PwBuf buf("896a 0004 00000003");
+   ExactBuf buf("896a 0004 00000003");
    auto const & t = buf.as<LdpPwStatusTlv>();
    EXPECT_EQ(t.type(), LdpTlvType::pwStatusTlv);
    EXPECT_TRUE(t.unknown());
@@ -378,7 +349,7 @@ TEST(LdpPwStatusTlv, FieldsAndTextFromGoldenBytes) {
    EXPECT_EQ(t.validate(), LdpStatusCode::success);
    EXPECT_EQ(t.stringValue(), "LdpPwStatusTlv: 0x00000003");
    EXPECT_EQ(t.statusField().stringValue(), "Value('Ldp::LdpPwStatusField', ** {'status': 3})");
-   EXPECT_EQ(PwBuf("096a 0004 80000010").as<LdpPwStatusTlv>().stringValue(), "LdpPwStatusTlv: 0x80000010");
+   EXPECT_EQ(ExactBuf("096a 0004 80000010").as<LdpPwStatusTlv>().stringValue(), "LdpPwStatusTlv: 0x80000010");
 }
 
 TEST(LdpPwStatusTlv, FlagBits) {
@@ -427,7 +398,7 @@ TEST(LdpPwStatusTlv, Validate) {
        {"0102 0008 00000000", LdpStatusCode::unknownTlv, "Error LdpPwStatusTlv: unknownTlv"},
    };
    for (auto const & c : cases) {
-      PwBuf buf(c.hex);
+      ExactBuf buf(c.hex);
       EXPECT_EQ(buf.as<LdpPwStatusTlv>().validate(), c.expected) << c.hex;
       EXPECT_EQ(buf.as<LdpPwStatusTlv>().stringValue(), c.text) << c.hex;
    }

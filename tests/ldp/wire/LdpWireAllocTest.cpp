@@ -1,8 +1,8 @@
 // Heap allocations of the checks that the receive path runs on every item: a
 // validate() must not build strings or other heap objects just to decide.
-// This file replaces the global operator new of the test program to count
-// allocations; GCC then takes library code that frees with the sized delete for
-// a mismatch.
+// The allocations are counted by replacing the global operator new of the test
+// program; GCC then takes library code that frees with the sized delete for a
+// mismatch.
 #pragma GCC diagnostic ignored "-Wmismatched-new-delete"
 
 #include <gtest/gtest.h>
@@ -16,21 +16,8 @@
 #include <string>
 
 #include "ldp/wire/LdpPwHdr.h"
+#include "support/AllocCount.h"
 #include "support/Hex.h"
-
-namespace {
-std::atomic<std::uint64_t> allocations{0};
-}
-
-void * operator new(std::size_t n) {
-   allocations.fetch_add(1, std::memory_order_relaxed);
-   if (void * p = std::malloc(n ? n : 1)) {
-      return p;
-   }
-   throw std::bad_alloc();
-}
-void operator delete(void * p) noexcept { std::free(p); }
-void operator delete(void * p, std::size_t) noexcept { std::free(p); }
 
 namespace {
 
@@ -46,10 +33,10 @@ TEST(LdpWireAlloc, DescriptionSubTlvValidatesWithoutAllocating) {
    auto const & fullDesc = *reinterpret_cast<LdpPwIntfDescSubTlv const *>(fullBytes.data());
    auto const & cutDesc = *reinterpret_cast<LdpPwIntfDescSubTlv const *>(cutBytes.data());
 
-   std::uint64_t const before = allocations.load();
+   std::uint64_t const before = TestSupport::heapAllocations.load();
    LdpStatusCode const fullCode = fullDesc.validate();
    LdpStatusCode const cutCode = cutDesc.validate();
-   std::uint64_t const after = allocations.load();
+   std::uint64_t const after = TestSupport::heapAllocations.load();
 
    EXPECT_EQ(fullCode, LdpStatusCode::success);
    EXPECT_EQ(cutCode, LdpStatusCode::badTlvLength);
