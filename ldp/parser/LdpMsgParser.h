@@ -77,10 +77,11 @@ class LdpMsgParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    bool fault(LdpStatusCode code, Zon::String8 reason) {
       return result_.fault(code, std::move(reason), ldpGenMsgParserTrace);
    }
-   // Copies the status and reason of a parser that this one built.
+   // Copies the status and reason of a parser that this one built; that parser
+   // traced the fault when it found it.
    template <typename P>
    bool faultFrom(P const & p) {
-      return fault(p.statusCode(), p.reason());
+      return result_.faultFrom(p.statusCode(), p.reason());
    }
 
    // The message's TLVs, by index in message order. tlvAt gives the 4-byte TLV

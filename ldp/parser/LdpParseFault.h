@@ -27,6 +27,16 @@ class LdpParseFault {
       return false;
    }
 
+   // Records a fault that a parser built by this one detected and traced
+   // already, unless one is recorded: each fault is traced once, where found.
+   bool faultFrom(LdpStatusCode code, Zon::String8 const & reason) {
+      if (ok()) {
+         statusCode_ = code;
+         reason_ = reason;
+      }
+      return false;
+   }
+
    // Plain setters for the owners' documented attributes.
    void statusCodeIs(LdpStatusCode code) noexcept { statusCode_ = code; }
    void reasonIs(Zon::String8 reason) { reason_ = std::move(reason); }

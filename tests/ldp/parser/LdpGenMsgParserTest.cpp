@@ -331,7 +331,7 @@ TEST(LdpMsgParserGet, HeaderFaultOfAKnownTypeIsTracedOnce) {
        {"0400 0004 0000", {"LdpGenMsgParser/5:MSG too small, size = 6"}},
        {"0201 0003 00000001", {"LdpGenMsgParser/5:MSG length field too small, length = 7"}},
        {"0100 000a 00000001 0400 0004",
-        {"LdpGenMsgParser/5:Packet is too small, size: 12", "LdpGenMsgParser/5:Packet is too small, size: 12"}},
+        {"LdpGenMsgParser/5:Packet is too small, size: 12"}},
    };
    for (auto const & c : cases) {
       ErrorTrace t;
@@ -339,6 +339,15 @@ TEST(LdpMsgParserGet, HeaderFaultOfAKnownTypeIsTracedOnce) {
       EXPECT_STREQ(m->fwkType(), "Ldp::LdpMsgParser") << c.hex;
       EXPECT_EQ(t.lines, c.trace) << c.hex;
    }
+}
+
+TEST(LdpMsgParserGet, FaultOfAnInnerParserIsTracedOnceByTheParserThatFoundIt) {
+   // A Label Mapping whose FEC element has an unknown type: the FEC TLV parser
+   // traces the fault, the message parser takes it over without a second record.
+   ErrorTrace t;
+   auto m = ldpMsgParserGet(hexPkt("0400 0014 00000005 | 0100 0004 09000000 | 0200 0004 00000011"), 0);
+   EXPECT_EQ(m->statusCode(), Code::unknownFec);
+   EXPECT_EQ(t.lines, std::vector<std::string>{"LdpGenMsgParser/5:Unhandled FEC TLV Element type 0x09"});
 }
 
 TEST(LdpMsgParserGet, FallbackParserKeepsTheHeaderStepResult) {
