@@ -3,6 +3,7 @@
 // hundred system calls.
 #pragma once
 
+#include <cerrno>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -29,16 +30,22 @@ class Output {
       buf_.push_back(c);
       return *this;
    }
-   // Writes what is gathered; false when the file refused it.
+   // Writes what is gathered; false when the file refused this or any earlier
+   // write, with the error number of the first refusal in error().
    bool flush() {
-      if (!file_ || buf_.empty()) {
+      if (!file_) {
          return true;
       }
-      bool const ok = std::fwrite(buf_.data(), 1, buf_.size(), file_) == buf_.size();
+      if (!buf_.empty() && std::fwrite(buf_.data(), 1, buf_.size(), file_) != buf_.size()) {
+         failed(errno);
+      }
       buf_.clear();
-      std::fflush(file_);
-      return ok;
+      if (std::fflush(file_) != 0) {
+         failed(errno);
+      }
+      return error_ == 0;
    }
+   int error() const noexcept { return error_; }
    // Text gathered but not yet written (for tests that write to no file).
    std::string const & pending() const noexcept { return buf_; }
    std::string take() {
@@ -48,8 +55,15 @@ class Output {
    }
 
  private:
+   void failed(int err) noexcept {
+      if (error_ == 0) {
+         error_ = err ? err : EIO;
+      }
+   }
+
    std::FILE * file_;
    std::string buf_;
+   int error_ = 0;
 };
 
 } // namespace LdpDecode

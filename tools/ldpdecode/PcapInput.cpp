@@ -93,7 +93,8 @@ PcapInput PcapInput::openLive(std::string const & iface) {
 }
 
 PcapInput::PcapInput(PcapInput && o) noexcept
-    : buffer_(std::move(o.buffer_)), p_(std::exchange(o.p_, nullptr)), name_(std::move(o.name_)), live_(o.live_), frames_(o.frames_) {}
+    : buffer_(std::move(o.buffer_)), p_(std::exchange(o.p_, nullptr)), name_(std::move(o.name_)), live_(o.live_), frames_(o.frames_),
+      fileFilter_(std::move(o.fileFilter_)) {}
 
 PcapInput::~PcapInput() {
    if (p_) {
@@ -102,15 +103,23 @@ PcapInput::~PcapInput() {
 }
 
 void PcapInput::filterIs(std::string const & expression) {
-   bpf_program prog{};
-   if (pcap_compile(p_, &prog, expression.c_str(), 1, PCAP_NETMASK_UNKNOWN) != 0) {
+   auto prog = std::make_unique<bpf_program>();
+   if (pcap_compile(p_, prog.get(), expression.c_str(), 1, PCAP_NETMASK_UNKNOWN) != 0) {
       throw InputError("filter \"" + expression + "\": " + pcap_geterr(p_));
    }
-   int const rc = pcap_setfilter(p_, &prog);
-   pcap_freecode(&prog);
-   if (rc != 0) {
+   decltype(fileFilter_) compiled(prog.release(), freeFilter);
+   if (!live_) {
+      fileFilter_ = std::move(compiled);
+      return;
+   }
+   if (pcap_setfilter(p_, compiled.get()) != 0) {
       throw InputError("filter \"" + expression + "\": " + pcap_geterr(p_));
    }
+}
+
+void PcapInput::freeFilter(bpf_program * prog) noexcept {
+   pcap_freecode(prog);
+   delete prog;
 }
 
 int PcapInput::linkType() const noexcept {
@@ -128,7 +137,11 @@ bool PcapInput::next(FrameMeta & meta, std::span<std::uint8_t const> & bytes) {
       u_char const * data = nullptr;
       int const rc = pcap_next_ex(p_, &hdr, &data);
       if (rc == 1) {
-         meta.number = ++frames_;
+         ++frames_;
+         if (fileFilter_ && pcap_offline_filter(fileFilter_.get(), hdr, data) == 0) {
+            continue;
+         }
+         meta.number = frames_;
          meta.seconds = hdr->ts.tv_sec;
          meta.micros = static_cast<std::uint32_t>(hdr->ts.tv_usec);
          bytes = std::span<std::uint8_t const>(data, hdr->caplen);

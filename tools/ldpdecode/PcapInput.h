@@ -12,6 +12,7 @@
 #include "CaptureTypes.h"
 
 struct pcap;
+struct bpf_program;
 
 namespace LdpDecode {
 
@@ -34,7 +35,9 @@ class PcapInput {
    PcapInput & operator=(PcapInput &&) = delete;
    ~PcapInput();
 
-   // Applies a BPF filter expression.
+   // Applies a BPF filter expression. A live capture filters in the kernel; a
+   // file is filtered record by record here, so that frame numbers stay those
+   // of the file.
    void filterIs(std::string const & expression);
    // The link-layer header type (DLT value) and its name.
    int linkType() const noexcept;
@@ -57,6 +60,10 @@ class PcapInput {
    std::string name_;
    bool live_;
    std::uint64_t frames_ = 0;
+   // A capture file's filter, when one is given.
+   std::unique_ptr<bpf_program, void (*)(bpf_program *)> fileFilter_{nullptr, freeFilter};
+
+   static void freeFilter(bpf_program * prog) noexcept;
 };
 
 } // namespace LdpDecode

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -156,11 +157,19 @@ std::string readAll(std::string const & path) {
       s << std::cin.rdbuf();
       return s.str();
    }
+   std::error_code ec;
+   if (std::filesystem::is_directory(path, ec)) {
+      throw InputError(path + ": is a directory, not a file of hex text");
+   }
    std::ifstream f(path, std::ios::binary);
    if (!f) {
       throw InputError(path + ": cannot open: " + std::strerror(errno));
    }
-   return std::string(std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>());
+   std::string text{std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>()};
+   if (f.bad()) {
+      throw InputError(path + ": cannot read: " + std::strerror(errno));
+   }
+   return text;
 }
 
 OutputMode modeOf(Options const & o) {
@@ -237,8 +246,8 @@ int main(int argc, char ** argv) {
          std::uint64_t frames = 0;
          while (input.next(meta, bytes)) {
             decoder.frame(meta, bytes);
-            if (input.live()) {
-               out.flush();
+            if (input.live() && !out.flush()) {
+               break;  // reported below, like any other refused write
             }
             if (opt.count && ++frames == opt.count) {
                break;
@@ -254,14 +263,28 @@ int main(int argc, char ** argv) {
       out.flush();
       std::fprintf(stderr, "ldpdecode: %s\n", e.what());
       return exitUsage;
+   } catch (std::exception const & e) {
+      // Anything else the input or the system refused (memory, a stream error):
+      // one line and the input-error status, never an abort.
+      liveInput = nullptr;
+      if (started) {
+         try {
+            decoder.finish();
+         } catch (std::exception const &) {
+         }
+      }
+      out.flush();
+      std::fprintf(stderr, "ldpdecode: %s: %s\n", inputName.empty() ? opt.input.c_str() : inputName.c_str(),
+                   e.what());
+      return exitUsage;
    }
    decoder.finish();
    if (!out.flush()) {
-      std::fprintf(stderr, "ldpdecode: cannot write the output: %s\n", std::strerror(errno));
+      std::fprintf(stderr, "ldpdecode: cannot write the output: %s\n", std::strerror(out.error()));
       return exitUsage;
    }
    Totals const & t = reporter.totals();
-   if (t.pdus == 0) {
+   if (t.pdus == 0 && !opt.hex) {
       std::fprintf(stderr, "ldpdecode: %s: no LDP PDUs in %llu frames (UDP or TCP port 646)\n", inputName.c_str(),
                    static_cast<unsigned long long>(t.frames));
    }

@@ -29,6 +29,7 @@ def main():
     p.add_argument("--golden", required=True)
     p.add_argument("--needs", action="append", default=[], help="skip unless this path exists")
     p.add_argument("--stdin", help="file to feed on standard input")
+    p.add_argument("--stdout", help="file to write standard output to instead of the golden file")
     p.add_argument("--subst", action="append", default=[], help="NAME=PATH shown as $NAME")
     p.add_argument("--timeout", type=float, default=60)
     p.add_argument("args", nargs=argparse.REMAINDER)
@@ -42,11 +43,12 @@ def main():
 
     stdin = open(a.stdin, "rb") if a.stdin else subprocess.DEVNULL
     try:
-        run = subprocess.run([a.exe] + args, stdin=stdin, capture_output=True, timeout=a.timeout)
+        stdout = open(a.stdout, "wb") if a.stdout else subprocess.PIPE
+        run = subprocess.run([a.exe] + args, stdin=stdin, stdout=stdout, stderr=subprocess.PIPE, timeout=a.timeout)
     except subprocess.TimeoutExpired:
         print(f"FAILED: no answer within {a.timeout} s: {' '.join(args)}")
         return 1
-    text = run.stdout.decode("utf-8", "backslashreplace")
+    text = run.stdout.decode("utf-8", "backslashreplace") if run.stdout is not None else ""
     text += "--- stderr\n" + run.stderr.decode("utf-8", "backslashreplace")
     text += f"--- exit status {run.returncode}\n"
     # Longest paths first, so that a folder inside another is named by its own name.
