@@ -36,13 +36,15 @@ ParallelReporter::~ParallelReporter() {
 
 ParallelReporter::Job & ParallelReporter::add(Job::Kind kind, Origin const & origin, Vorin::Pkt const * pkt) {
    // A batch ends only where the packet buffer changes, so that all users of a
-   // buffer stay on one thread.
-   if (pkt && pkt != lastPkt_ && open_->pdus >= batchPdus) {
+   // buffer stay on one thread: before a PDU of another buffer, or before a
+   // note, since the capture layer hands over the PDUs of one buffer back to
+   // back. Notes count like PDUs, so that a long run of them is written as it
+   // comes rather than gathered to the end.
+   if (open_->jobs.size() >= batchPdus && (!pkt || pkt != lastPkt_)) {
       submit();
    }
    if (pkt) {
       lastPkt_ = pkt;
-      ++open_->pdus;
    }
    Job & j = open_->jobs.emplace_back();
    j.kind = kind;

@@ -28,8 +28,8 @@ namespace LdpDecode {
 
 class ParallelReporter final : public ReportSink {
  public:
-   // PDUs per batch, and batches under way per worker, before the reading
-   // thread waits for the oldest.
+   // PDUs and notes per batch, and batches under way per worker, before the
+   // reading thread waits for the oldest.
    static constexpr std::size_t batchPdus = 256;
    static constexpr std::size_t batchesPerWorker = 4;
 
@@ -69,7 +69,6 @@ class ParallelReporter final : public ReportSink {
    struct Batch {
       std::vector<Job> jobs;
       std::vector<Note> notes;
-      std::size_t pdus = 0;
       std::string text;
       bool done = false;
    };

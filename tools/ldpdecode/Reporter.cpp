@@ -155,9 +155,10 @@ void Totals::add(Totals const & o) {
       Session & mine = sessions[key];
       mine.pdus += s.pdus;
       for (int side = 0; side < 2; ++side) {
-         if (s.hasLdpId[side]) {
+         if (s.hasLdpId[side] && (!mine.hasLdpId[side] || s.ldpIdSeen[side] >= mine.ldpIdSeen[side])) {
             mine.ldpId[side] = s.ldpId[side];
             mine.hasLdpId[side] = true;
+            mine.ldpIdSeen[side] = s.ldpIdSeen[side];
          }
       }
    }
@@ -237,6 +238,7 @@ void Reporter::countSession(Origin const & o, Ldp::LdpIdentifier const & id) {
    }
    lastSession_->ldpId[lastSide_] = id;
    lastSession_->hasLdpId[lastSide_] = true;
+   lastSession_->ldpIdSeen[lastSide_] = {o.frame ? o.frame->number : o.firstFrame, o.streamOffset};
    ++lastSession_->pdus;
 }
 

@@ -113,6 +113,9 @@ struct Totals {
    struct Session {
       Ldp::LdpIdentifier ldpId[2];
       bool hasLdpId[2] = {false, false};
+      // Where each side's id was seen last (frame, stream offset), so that
+      // totals added up from several reporters keep the latest one.
+      std::pair<std::uint64_t, std::uint64_t> ldpIdSeen[2];
       std::uint64_t pdus = 0;
    };
    // TCP connections that carried PDUs, by their two endpoints (lower first).
