@@ -69,7 +69,15 @@ void Decoder::frame(FrameMeta const & meta, std::span<std::uint8_t const> bytes)
       datagram(s);
       return;
    }
-   tcpFlow(s.flow).stream.segment(s.seq, s.tcpFlags, s.payload, s.missingBytes, meta);
+   Flow & f = tcpFlow(s.flow);
+   if (s.firstFragment) {
+      // The fragments behind this one are not reassembled: the stream finds
+      // the rest of the segment missing when the next segment comes.
+      reporter_.note(f.origin(&frame_, frame_.number, 0), "firstFragment",
+                     "first fragment of an IP datagram (fragments are not reassembled): it carries the first " +
+                         std::to_string(s.payload.size() + s.missingBytes) + " payload bytes of the TCP segment");
+   }
+   f.stream.segment(s.seq, s.tcpFlags, s.payload, s.missingBytes, meta);
 }
 
 void Decoder::datagram(Segment const & s) {
@@ -86,20 +94,25 @@ void Decoder::datagram(Segment const & s) {
       reporter_.note(o, "emptyDatagram", "UDP datagram without payload");
       return;
    }
+   // The agent's socket gets the whole datagram: a PDU parsed from part of it
+   // would be judged on bytes the agent never sees cut short. The datagram is
+   // noted instead, as a gap is in a TCP stream.
+   std::string const held = std::to_string(s.payload.size()) + " of the datagram's " +
+                            std::to_string(s.payload.size() + s.missingBytes) + " payload bytes";
    if (s.firstFragment) {
       reporter_.note(o, "firstFragment",
-                     "first fragment of an IP datagram (fragments are not reassembled): it holds " +
-                         std::to_string(s.payload.size()) + " of the datagram's " +
-                         std::to_string(s.payload.size() + s.missingBytes) + " payload bytes");
-   } else if (s.missingBytes) {
-      reporter_.note(o, "truncatedDatagram",
-                     "the capture holds " + std::to_string(s.payload.size()) + " of the datagram's " +
-                         std::to_string(s.payload.size() + s.missingBytes) + " payload bytes");
+                     "first fragment of an IP datagram (fragments are not reassembled): it holds " + held +
+                         "; its PDU is not parsed");
+      return;
+   }
+   if (s.missingBytes) {
+      reporter_.note(o, "truncatedDatagram", "the capture holds " + held + "; its PDU is not parsed");
+      return;
    }
    // The hello socket reads one datagram and parses one PDU at its start;
    // bytes behind that PDU are never looked at.
    reporter_.pdu(o, Vorin::Pkt::fromBytes(s.payload), 0);
-   if (s.payload.size() >= 4 && !s.missingBytes) {
+   if (s.payload.size() >= 4) {
       std::size_t const size = std::size_t((s.payload[2] << 8) | s.payload[3]) + 4;
       if (size >= minPduSize && size < s.payload.size()) {
          reporter_.note(o, "bytesAfterPdu",

@@ -245,6 +245,60 @@ TEST(Decoder, TcpDirectionsAreReassembledAndUdpDatagramsAreOnePduEach) {
    EXPECT_EQ(t.sessions.begin()->second.pdus, 2u);
 }
 
+// The frame cut to its first `keep` bytes of IP datagram, as the first
+// fragment of a longer datagram (the IP length says `keep`) or as a snap length
+// leaves it (the IP length still says the whole).
+std::vector<std::uint8_t> firstFragment(std::vector<std::uint8_t> f, std::size_t keep) {
+   f.resize(keep);
+   f[2] = std::uint8_t(keep >> 8);
+   f[3] = std::uint8_t(keep);
+   f[6] = 0x20;  // more fragments
+   return f;
+}
+std::vector<std::uint8_t> snapped(std::vector<std::uint8_t> f, std::size_t keep) {
+   f.resize(keep);
+   return f;
+}
+
+TEST(Decoder, DatagramsNotWhollyCapturedAreNotedAndNotParsed) {
+   auto const hello = hexBytes(ignoredOnlyPdu);
+   auto const udp = ipFrame(false, "10.0.0.2", "224.0.0.2", 646, 646, 0, 0, hello);
+   auto const tcp = ipFrame(true, "10.0.0.1", "10.0.0.2", 646, 40000, 100, 0x18, hexBytes(mappingPdu));
+   struct Row {
+      char const * what;
+      std::vector<std::uint8_t> frame;
+      std::string note;  // expected after the header line; empty for none
+      std::uint64_t pdus;
+   };
+   Row const rows[] = {
+       {"whole datagram", udp, "", 1},
+       {"datagram cut by the snap length", snapped(udp, 36),
+        "UDP  note: the capture holds 8 of the datagram's 18 payload bytes; its PDU is not parsed\n", 0},
+       {"first fragment", firstFragment(udp, 40),
+        "UDP  note: first fragment of an IP datagram (fragments are not reassembled): it holds 12 of the "
+        "datagram's 18 payload bytes; its PDU is not parsed\n",
+        0},
+       {"TCP segment in a first fragment", firstFragment(tcp, 60),
+        "TCP  note: first fragment of an IP datagram (fragments are not reassembled): it carries the first 20 "
+        "payload bytes of the TCP segment\n",
+        0},
+   };
+   for (Row const & row : rows) {
+      Output out(nullptr);
+      Reporter reporter(OutputMode::text, out);
+      Decoder decoder(reporter);
+      decoder.linkTypeIs(LinkType::rawIp);
+      decoder.frame(FrameMeta{1, 1700000000, 0}, row.frame);
+      decoder.finish();
+      std::string const text = out.take();
+      if (!row.note.empty()) {
+         EXPECT_NE(text.find(row.note), std::string::npos) << row.what << "\n" << text;
+      }
+      EXPECT_EQ(reporter.totals().pdus, row.pdus) << row.what;
+      EXPECT_EQ(reporter.totals().faultCount(), 0u) << row.what;
+   }
+}
+
 TEST(Decoder, RawStreamSplitsPdusAndNotesWhatItCannotFrame) {
    Output out(nullptr);
    Reporter reporter(OutputMode::text, out);
