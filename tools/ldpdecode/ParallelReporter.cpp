@@ -36,8 +36,9 @@ ParallelReporter::~ParallelReporter() {
 
 ParallelReporter::Job & ParallelReporter::add(Job::Kind kind, Origin const & origin, Vorin::Pkt const * pkt) {
    // A batch ends only where the packet buffer changes, so that all users of a
-   // buffer stay on one thread.
-   if (pkt && pkt != lastPkt_ && open_->pdus >= batchPdus) {
+   // buffer stay on one thread. A note ends the buffer before it: a full batch
+   // ends there too, so that a run of notes without PDUs is not held to the end.
+   if (pkt ? pkt != lastPkt_ && open_->pdus >= batchPdus : open_->jobs.size() >= batchPdus) {
       submit();
    }
    if (pkt) {
@@ -116,6 +117,7 @@ void ParallelReporter::writeOldest() {
    // The packets go back on the thread that made them, so that their memory
    // is reused there rather than piling up in the workers' heaps.
    b->jobs.clear();
+   b->kept.clear();
    inFlight_.pop_front();
 }
 

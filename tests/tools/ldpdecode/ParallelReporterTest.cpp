@@ -80,4 +80,25 @@ TEST(ParallelReporter, WritesExactlyWhatOneReporterWrites) {
    }
 }
 
+// Notes without PDUs between them (flows that carry none) are written as they
+// come, not held to the end.
+TEST(ParallelReporter, NotesAloneAreWrittenBeforeTheEnd) {
+   FrameMeta const frame{1, 1700000000, 0};
+   FlowKey const flow{Transport::udp, {Vorin::IpGenAddr::fromString("10.0.0.1"), 646},
+                      {Vorin::IpGenAddr::fromString("224.0.0.2"), 646}};
+   std::string const text = "10.0.0.1:646 > 224.0.0.2:646  UDP";
+   Origin o;
+   o.frame = &frame;
+   o.flow = &flow;
+   o.flowText = &text;
+   Output out(nullptr);
+   ParallelReporter parallel(OutputMode::text, out, 1);
+   for (std::size_t i = 0; i < 20 * ParallelReporter::batchPdus; ++i) {
+      parallel.note(o, "truncatedDatagram", "note " + std::to_string(i));
+   }
+   EXPECT_NE(out.pending().find("note 0\n"), std::string::npos);
+   parallel.finish();
+   EXPECT_EQ(parallel.totals().notes.at("truncatedDatagram"), 20 * ParallelReporter::batchPdus);
+}
+
 } // namespace
