@@ -5,6 +5,8 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
+#include <list>
 #include <memory>
 #include <span>
 #include <string>
@@ -20,7 +22,11 @@ namespace LdpDecode {
 
 class Decoder {
  public:
-   explicit Decoder(ReportSink & reporter);
+   // TCP directions followed at once; past this the least recently used one
+   // is ended, as at the end of the capture, to make room.
+   static constexpr std::size_t defaultMaxFlows = 65536;
+
+   explicit Decoder(ReportSink & reporter, std::size_t maxFlows = defaultMaxFlows);
    ~Decoder();
    Decoder(Decoder const &) = delete;
    Decoder & operator=(Decoder const &) = delete;
@@ -34,18 +40,36 @@ class Decoder {
    // The end of the input: every TCP stream is finished in the order it began.
    void finish();
 
+   // TCP directions held now: those not yet closed on both sides.
+   std::size_t liveFlows() const noexcept { return flowIndex_.size(); }
+
  private:
    struct Flow;
+   using FlowList = std::list<std::unique_ptr<Flow>>;
 
    void datagram(Segment const & s);
-   Flow & tcpFlow(FlowKey const & key);
+   // The flow of key; a new one only when create is set, else null.
+   Flow * tcpFlow(FlowKey const & key, bool create);
+   // Ends a TCP direction while the capture goes on: its stream finishes and
+   // it is freed. Its counts go to the totals, or, when it closed, to closed_.
+   void retire(Flow & f, bool closed);
+   void retireIfClosed(Flow & f);
+   void rememberClosed(FlowKey const & key, StreamStats const & stats);
 
    ReportSink & reporter_;
+   std::size_t maxFlows_;
    LinkType link_ = LinkType::ethernet;
    FrameMeta frame_;
    std::unordered_map<FlowKey, Flow *, FlowKeyHash> flowIndex_;
-   std::vector<std::unique_ptr<Flow>> flows_;   // in the order they began
+   FlowList flows_;          // in the order they began
+   std::list<Flow *> lru_;   // TCP flows, the most recently used first
    Flow * lastFlow_ = nullptr;
+   // Directions of connections closed on both sides, with their counts, which
+   // segments after the close still add to (a retransmitted FIN, say). A
+   // direction's counts go to the totals when it leaves: the oldest past
+   // maxFlows_, one that opens again with a SYN, the rest at the end.
+   std::unordered_map<FlowKey, StreamStats, FlowKeyHash> closed_;
+   std::deque<FlowKey> closedOrder_;  // the oldest first; may name one that left
    bool finishing_ = false;
    // The text of each UDP flow, kept for the whole run: a report may be
    // written after the frame that made it is gone.

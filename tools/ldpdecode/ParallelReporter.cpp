@@ -118,6 +118,7 @@ void ParallelReporter::writeOldest() {
    // The packets go back on the thread that made them, so that their memory
    // is reused there rather than piling up in the workers' heaps.
    b->jobs.clear();
+   b->kept.clear();
    inFlight_.pop_front();
 }
 

@@ -6,11 +6,12 @@
 //
 // Parsers, packets and their reference counts are never used by two threads at
 // once: a batch holds every PDU of a packet buffer (a batch ends only where the
-// buffer changes), the capture layer keeps no reference to a buffer it has
-// handed over, and a batch belongs to one worker at a time. The reading thread
-// releases a batch's packets after its worker is done with it, so that their
-// memory is reused where it is allocated; while it waits for the oldest batch,
-// it parses batches that no worker has taken yet.
+// buffer changes: at a PDU of another buffer, or at a note, which the capture
+// layer never puts between the PDUs of one buffer), the capture layer keeps no
+// reference to a buffer it has handed over, and a batch belongs to one worker
+// at a time. The reading thread releases a batch's packets after its worker is
+// done with it, so that their memory is reused where it is allocated; while it
+// waits for the oldest batch, it parses batches that no worker has taken yet.
 #pragma once
 
 #include <condition_variable>
@@ -43,6 +44,8 @@ class ParallelReporter final : public ReportSink {
    void note(Origin const & origin, std::string_view kind, std::string const & text) override;
    void frameSeen(FrameKind kind, Transport transport) override { main_.frameSeen(kind, transport); }
    void tcpStreamDone(StreamStats const & stats) override { main_.tcpStreamDone(stats); }
+   // Held by the open batch, which is written after every batch before it.
+   void keepUntilWritten(std::shared_ptr<void const> owner) override { open_->kept.push_back(std::move(owner)); }
    void finish() override;
 
    Totals const & totals() const noexcept override { return main_.totals(); }
@@ -71,6 +74,7 @@ class ParallelReporter final : public ReportSink {
       std::vector<Note> notes;
       std::string text;
       bool done = false;
+      std::vector<std::shared_ptr<void const>> kept;  // freed once the batch is written
    };
    struct Worker {
       Output out{nullptr};

@@ -166,7 +166,7 @@ void Totals::add(Totals const & o) {
 
 void Reporter::absorb(Totals const & other) {
    totals_.add(other);
-   lastFlow_ = nullptr;  // the session map may hold new entries
+   lastFlowValid_ = false;  // the session map may hold new entries
    lastIdValid_ = false;
 }
 
@@ -229,12 +229,13 @@ void Reporter::countSession(Origin const & o, Ldp::LdpIdentifier const & id) {
    if (!o.flow || o.flow->transport != Transport::tcp) {
       return;
    }
-   if (o.flow != lastFlow_) {
+   if (!lastFlowValid_ || !(*o.flow == lastFlow_)) {
       bool const srcFirst = o.flow->src < o.flow->dst;
       auto key = srcFirst ? std::make_pair(o.flow->src, o.flow->dst) : std::make_pair(o.flow->dst, o.flow->src);
       lastSession_ = &totals_.sessions[key];
       lastSide_ = srcFirst ? 0 : 1;
-      lastFlow_ = o.flow;
+      lastFlow_ = *o.flow;
+      lastFlowValid_ = true;
    }
    lastSession_->ldpId[lastSide_] = id;
    lastSession_->hasLdpId[lastSide_] = true;

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -136,6 +137,9 @@ class ReportSink {
    virtual void note(Origin const & origin, std::string_view kind, std::string const & text) = 0;
    virtual void frameSeen(FrameKind kind, Transport transport) = 0;
    virtual void tcpStreamDone(StreamStats const & stats) = 0;
+   // Keeps owner, which the Origins handed over so far may point into, alive
+   // until everything handed over before this call has been written.
+   virtual void keepUntilWritten(std::shared_ptr<void const> owner) = 0;
    // The end of the input: writes the totals in the summary modes.
    virtual void finish() = 0;
 
@@ -156,6 +160,8 @@ class Reporter final : public ReportSink {
    void note(Origin const & origin, std::string_view kind, std::string const & text) override;
    void frameSeen(FrameKind kind, Transport transport) noexcept override;
    void tcpStreamDone(StreamStats const & stats) noexcept override;
+   // Everything is written as it comes: nothing needs to be kept.
+   void keepUntilWritten(std::shared_ptr<void const>) noexcept override {}
    void finish() override;
 
    Totals const & totals() const noexcept override { return totals_; }
@@ -175,7 +181,10 @@ class Reporter final : public ReportSink {
    // session costs no lookups.
    bool lastIdValid_ = false;
    Ldp::LdpIdentifier lastId_;
-   FlowKey const * lastFlow_ = nullptr;
+   // Compared by value: the Origin of a flow that has ended may be freed and
+   // its memory reused by another flow.
+   bool lastFlowValid_ = false;
+   FlowKey lastFlow_;
    Totals::Session * lastSession_ = nullptr;
    int lastSide_ = 0;
    // The time text of the last frame printed.

@@ -100,6 +100,8 @@ class TcpStream {
    void startSynced();
 
    StreamStats const & stats() const noexcept { return stats_; }
+   // Ended by FIN or RST, with nothing left to deliver.
+   bool closed() const noexcept { return state_ == State::closed; }
 
  private:
    enum class State : std::uint8_t { idle, open, closed };

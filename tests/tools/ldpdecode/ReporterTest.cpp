@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Decoder.h"
+#include "ParallelReporter.h"
 #include "ldp/parser/LdpPduParser.h"
 #include "support/Hex.h"
 
@@ -243,6 +244,146 @@ TEST(Decoder, TcpDirectionsAreReassembledAndUdpDatagramsAreOnePduEach) {
    ASSERT_EQ(t.sessions.size(), 1u);
    EXPECT_EQ(t.sessions.begin()->first.first.text(), "10.0.0.1:646");
    EXPECT_EQ(t.sessions.begin()->second.pdus, 2u);
+}
+
+// The frame cut to its first `keep` bytes of IP datagram, as the first
+// fragment of a longer datagram (the IP length says `keep`) or as a snap length
+// leaves it (the IP length still says the whole).
+std::vector<std::uint8_t> firstFragment(std::vector<std::uint8_t> f, std::size_t keep) {
+   f.resize(keep);
+   f[2] = std::uint8_t(keep >> 8);
+   f[3] = std::uint8_t(keep);
+   f[6] = 0x20;  // more fragments
+   return f;
+}
+std::vector<std::uint8_t> snapped(std::vector<std::uint8_t> f, std::size_t keep) {
+   f.resize(keep);
+   return f;
+}
+
+TEST(Decoder, DatagramsNotWhollyCapturedAreNotedThenParsedOnWhatIsHeld) {
+   auto const hello = hexBytes(ignoredOnlyPdu);
+   auto const udp = ipFrame(false, "10.0.0.2", "224.0.0.2", 646, 646, 0, 0, hello);
+   auto const tcp = ipFrame(true, "10.0.0.1", "10.0.0.2", 646, 40000, 100, 0x18, hexBytes(mappingPdu));
+   struct Row {
+      char const * what;
+      std::vector<std::uint8_t> frame;
+      std::string note;  // expected after the header line; empty for none
+      std::uint64_t pdus;
+      std::uint64_t faults;
+   };
+   Row const rows[] = {
+       {"whole datagram", udp, "", 1, 0},
+       {"datagram cut by the snap length", snapped(udp, 36),
+        "UDP  note: the capture holds 8 of the datagram's 18 payload bytes\n", 1, 1},
+       {"first fragment", firstFragment(udp, 40),
+        "UDP  note: first fragment of an IP datagram (fragments are not reassembled): it holds 12 of the "
+        "datagram's 18 payload bytes\n",
+        1, 1},
+       {"TCP segment in a first fragment", firstFragment(tcp, 60),
+        "TCP  note: first fragment of an IP datagram (fragments are not reassembled): it carries the first 20 "
+        "payload bytes of the TCP segment\n",
+        0, 0},
+   };
+   for (Row const & row : rows) {
+      Output out(nullptr);
+      Reporter reporter(OutputMode::text, out);
+      Decoder decoder(reporter);
+      decoder.linkTypeIs(LinkType::rawIp);
+      decoder.frame(FrameMeta{1, 1700000000, 0}, row.frame);
+      decoder.finish();
+      std::string const text = out.take();
+      if (!row.note.empty()) {
+         EXPECT_NE(text.find(row.note), std::string::npos) << row.what << "\n" << text;
+      }
+      EXPECT_EQ(reporter.totals().pdus, row.pdus) << row.what;
+      EXPECT_EQ(reporter.totals().faultCount(), row.faults) << row.what;
+   }
+}
+
+// Connections opened, carrying one PDU and closed in turn, each on its own
+// port: every flow is freed at its close, and the totals count them all. The
+// same through worker threads, whose reports are written after the flows that
+// made them are gone.
+TEST(Decoder, ClosedConnectionsAreFreedAndStillCounted) {
+   constexpr std::uint16_t connections = 1000;
+   auto const pdu = hexBytes(mappingPdu);
+   auto const run = [&](ReportSink & reporter) {
+      Decoder decoder(reporter);
+      decoder.linkTypeIs(LinkType::rawIp);
+      std::uint64_t n = 0;
+      auto frame = [&](bool fromA, std::uint16_t port, std::uint32_t seq, std::uint8_t flags,
+                       std::vector<std::uint8_t> const & payload = {}) {
+         decoder.frame(FrameMeta{++n, 1700000000, 0},
+                       fromA ? ipFrame(true, "10.0.0.1", "10.0.0.2", 646, port, seq, flags, payload)
+                             : ipFrame(true, "10.0.0.2", "10.0.0.1", port, 646, seq, flags, payload));
+      };
+      for (std::uint16_t i = 0; i < connections; ++i) {
+         std::uint16_t const port = std::uint16_t(40000 + i);
+         frame(true, port, 99, TcpFlag::syn);
+         frame(false, port, 499, TcpFlag::syn | 0x10);
+         frame(true, port, 100, 0x18, pdu);
+         frame(true, port, 137, TcpFlag::fin | 0x10);
+         frame(false, port, 500, TcpFlag::fin | 0x10);
+         frame(true, port, 138, 0x10);
+         frame(true, port, 100, 0x18, pdu);  // retransmitted after the close: ignored
+      }
+      EXPECT_EQ(decoder.liveFlows(), 0u);
+      // Bare ACK, FIN and RST of connections not followed make no flow.
+      frame(true, 1, 5, 0x10);
+      frame(true, 2, 5, TcpFlag::fin);
+      frame(false, 3, 5, TcpFlag::rst);
+      EXPECT_EQ(decoder.liveFlows(), 0u);
+      decoder.finish();
+      Totals const & t = reporter.totals();
+      EXPECT_EQ(t.tcpStreams, 2u * connections);
+      EXPECT_EQ(t.tcp.segments, connections);
+      EXPECT_EQ(t.tcp.afterClose, connections);
+      EXPECT_EQ(t.pdus, connections);
+      EXPECT_EQ(t.sessions.size(), connections);
+      for (auto const & [ends, session] : t.sessions) {
+         EXPECT_EQ(session.pdus, 1u) << ends.second.text();
+      }
+   };
+   Output one(nullptr);
+   Reporter reporter(OutputMode::text, one);
+   run(reporter);
+   Output many(nullptr);
+   ParallelReporter parallel(OutputMode::text, many, 2);
+   run(parallel);
+   EXPECT_EQ(many.pending(), one.pending());
+}
+
+// Past its limit of flows the decoder ends the least recently used one, as
+// the end of the capture would: its unfinished PDU is reported and counted.
+TEST(Decoder, TheLeastRecentlyUsedFlowEndsPastTheLimit) {
+   auto const part = hexBytes(mappingPdu);
+   std::vector<std::uint8_t> const first(part.begin(), part.begin() + 30);
+   Output out(nullptr);
+   Reporter reporter(OutputMode::text, out);
+   Decoder decoder(reporter, 2);
+   decoder.linkTypeIs(LinkType::rawIp);
+   std::uint64_t n = 0;
+   auto frame = [&](std::uint16_t port, std::uint32_t seq, std::uint8_t flags, std::vector<std::uint8_t> const & p) {
+      decoder.frame(FrameMeta{++n, 1700000000, 0}, ipFrame(true, "10.0.0.1", "10.0.0.2", 646, port, seq, flags, p));
+   };
+   frame(40000, 99, TcpFlag::syn, {});
+   frame(40001, 99, TcpFlag::syn, {});
+   frame(40000, 100, 0x18, first);  // 40000 is now used more recently than 40001
+   frame(40002, 99, TcpFlag::syn, {});
+   EXPECT_EQ(decoder.liveFlows(), 2u);
+   decoder.finish();
+   std::string const text = out.take();
+   EXPECT_NE(text.find("frame 4  2023-11-14 22:13:20.000000  10.0.0.1:646 > 10.0.0.2:40001  TCP  note: more than 2 "
+                       "TCP directions at once: the stream of the least recently used one ends here\n"),
+             std::string::npos)
+       << text;
+   EXPECT_NE(text.find("end of capture  10.0.0.1:646 > 10.0.0.2:40000  TCP  note: the stream ends inside a PDU: 30 "
+                       "bytes of 37 received\n"),
+             std::string::npos)
+       << text;
+   EXPECT_EQ(reporter.totals().tcpStreams, 3u);
+   EXPECT_EQ(reporter.totals().tcp.segments, 1u);
 }
 
 TEST(Decoder, RawStreamSplitsPdusAndNotesWhatItCannotFrame) {
