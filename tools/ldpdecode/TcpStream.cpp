@@ -147,10 +147,10 @@ void TcpStream::data(std::int64_t off, std::span<std::uint8_t const> bytes, std:
    if (off < next) {
       auto const trim = static_cast<std::uint64_t>(next - off);
       if (trim >= bytes.size()) {
-         // Only the part the capture cut off lies ahead: it is missing.
+         // Only the part the capture cut off lies ahead: it is missing, but
+         // for what held segments hold.
          stats_.overlapBytes += bytes.size();
-         gapAt(static_cast<std::uint64_t>(claimedEnd - next));
-         drainHeld();
+         drainHeld(static_cast<std::uint64_t>(claimedEnd));
          closeIfFinished();
          return;
       }
@@ -162,56 +162,77 @@ void TcpStream::data(std::int64_t off, std::span<std::uint8_t const> bytes, std:
       ++stats_.outOfOrder;
       hold(static_cast<std::uint64_t>(off), bytes, missing, frame);
       while (heldBytes_ > maxOutOfOrderBytes && !held_.empty()) {
-         gapAt(held_.begin()->first - next_);
-         drainHeld();
+         drainHeld(held_.begin()->first);
       }
       closeIfFinished();
       return;
    }
    append(bytes, frame);
-   gapAt(missing);
-   drainHeld();
+   drainHeld(next_ + missing);
    closeIfFinished();
 }
 
 void TcpStream::hold(std::uint64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing,
                      FrameMeta const & frame) {
    auto it = held_.find(off);
-   if (it != held_.end()) {
-      Held & h = it->second;
-      if (bytes.size() + missing <= h.bytes.size() + h.missingAfter) {
+   if (it == held_.end()) {
+      Held & h = held_[off];
+      h.bytes.assign(bytes.begin(), bytes.end());
+      h.missingAfter = missing;
+      h.frame = frame;
+      heldBytes_ += bytes.size();
+      return;
+   }
+   // Two segments from the same byte: the longer capture of it is kept, and
+   // the further end either of them claims.
+   Held & h = it->second;
+   std::uint64_t const heldEnd = h.bytes.size() + std::uint64_t(h.missingAfter);
+   std::uint64_t const claimed = std::max<std::uint64_t>(bytes.size() + std::uint64_t(missing), heldEnd);
+   if (bytes.size() <= h.bytes.size()) {
+      if (claimed == heldEnd) {
          ++stats_.retransmitted;
          return;
       }
-      heldBytes_ -= h.bytes.size();
-      held_.erase(it);
+      h.missingAfter = static_cast<std::uint32_t>(claimed - h.bytes.size());
+      return;
    }
-   Held & h = held_[off];
+   heldBytes_ += bytes.size() - h.bytes.size();
    h.bytes.assign(bytes.begin(), bytes.end());
-   h.missingAfter = missing;
+   h.missingAfter = static_cast<std::uint32_t>(claimed - bytes.size());
    h.frame = frame;
-   heldBytes_ += bytes.size();
 }
 
-void TcpStream::drainHeld() {
-   while (!held_.empty() && held_.begin()->first <= next_) {
-      auto it = held_.begin();
-      std::uint64_t const off = it->first;
-      Held h = std::move(it->second);
-      held_.erase(it);
-      heldBytes_ -= h.bytes.size();
-      std::uint64_t const end = off + h.bytes.size();
-      std::uint64_t const claimedEnd = end + h.missingAfter;
-      if (claimedEnd <= next_) {
-         stats_.overlapBytes += h.bytes.size();
-         continue;
-      }
-      if (end > next_) {
+void TcpStream::drainHeld(std::uint64_t missingTo) {
+   while (true) {
+      if (!held_.empty() && held_.begin()->first <= next_) {
+         auto it = held_.begin();
+         std::uint64_t const off = it->first;
+         Held h = std::move(it->second);
+         held_.erase(it);
+         heldBytes_ -= h.bytes.size();
+         std::uint64_t const end = off + h.bytes.size();
+         missingTo = std::max(missingTo, end + h.missingAfter);
+         if (end <= next_) {
+            stats_.overlapBytes += h.bytes.size();
+            continue;
+         }
          auto const skip = static_cast<std::size_t>(next_ - off);
          stats_.overlapBytes += skip;
          append(std::span<std::uint8_t const>(h.bytes).subspan(skip), h.frame);
+         continue;
       }
-      gapAt(claimedEnd - next_);
+      if (missingTo <= next_) {
+         return;
+      }
+      // Held segments without a captured byte that begin inside the missing
+      // bytes only lengthen them.
+      while (!held_.empty() && held_.begin()->first <= missingTo && held_.begin()->second.bytes.empty()) {
+         missingTo = std::max(missingTo, held_.begin()->first + held_.begin()->second.missingAfter);
+         held_.erase(held_.begin());
+      }
+      // The bytes a held segment holds are not missing: the gap ends where it begins.
+      std::uint64_t const stop = held_.empty() ? missingTo : std::min(missingTo, held_.begin()->first);
+      gapAt(stop - next_);
    }
 }
 
@@ -282,8 +303,7 @@ void TcpStream::endData() {
       return;
    }
    while (!held_.empty()) {
-      gapAt(held_.begin()->first - next_);
-      drainHeld();
+      drainHeld(held_.begin()->first);
    }
    std::size_t const have = buffered();
    std::span<std::uint8_t const> const rest(buf_.data() + head_, have);

@@ -123,7 +123,9 @@ class TcpStream {
    void data(std::int64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing, FrameMeta const & frame);
    void append(std::span<std::uint8_t const> bytes, FrameMeta const & frame);
    void hold(std::uint64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing, FrameMeta const & frame);
-   void drainHeld();
+   // Takes in the held segments that the contiguous data has reached. Bytes up
+   // to missingTo that no held segment holds are a gap.
+   void drainHeld(std::uint64_t missingTo);
    void gapAt(std::uint64_t missing);
    void closeIfFinished();
    void endData();

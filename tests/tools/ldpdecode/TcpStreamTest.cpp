@@ -250,6 +250,35 @@ TEST(TcpStream, SegmentCutShortByTheCaptureIsAGapAtOnce) {
    EXPECT_EQ(s.stats().gapBytes, 30u);
 }
 
+TEST(TcpStream, BytesCutOffByTheCaptureAreAGapOnlyWhereNoOtherSegmentHoldsThem) {
+   auto const stream = session();
+   struct Row {
+      char const * what;
+      std::vector<Seg> segs;
+      std::vector<std::string> events;
+   };
+   std::string const ka = pduEvent(keepalive, 0);
+   std::string const tail = pduEvent(twoKeepalives, 87);
+   Row const rows[] = {
+       {"nothing else holds them", {{0, 30, 0, 30}, {60, 113}},
+        {ka, "gap @30 missing 30 unfinished 12/37", "resync @60 skipped 27", tail}},
+       {"a held segment holds them all", {{0, 18}, {30, 87}, {18, 30, 0, 57}, {87, 113}}, sessionEvents()},
+       {"a held segment holds the first of them", {{0, 18}, {30, 50}, {18, 30, 0, 57}, {87, 113}},
+        {ka, "gap @50 missing 37 unfinished 32/37", tail}},
+       {"they reach over a held segment", {{0, 18}, {40, 87}, {30, 35, 0, 52}, {18, 30}, {87, 113}},
+        {ka, "gap @35 missing 5 unfinished 17/37", "resync @40 skipped 15", pduEvent(address, 55), tail}},
+       {"only they lie ahead, up to a held segment", {{0, 18}, {30, 87}, {0, 18, 0, 30}, {87, 113}},
+        {ka, "gap @18 missing 12 unfinished 0/0", "resync @30 skipped 25", pduEvent(address, 55), tail}},
+       {"a later segment from the same byte holds them", {{0, 18}, {30, 30, 0, 57}, {30, 87}, {18, 30}, {87, 113}},
+        sessionEvents()},
+       {"a shorter segment from the same byte claims more", {{0, 18}, {30, 50}, {30, 40, 0, 60}, {18, 30}},
+        {ka, "gap @50 missing 50 unfinished 32/37"}},
+   };
+   for (Row const & row : rows) {
+      EXPECT_EQ(run(stream, row.segs), row.events) << row.what;
+   }
+}
+
 TEST(TcpStream, FinInsideAPduReportsTheUnfinishedPduAndLaterDataIsIgnored) {
    auto const stream = session();
    Recorder r;
