@@ -1,6 +1,7 @@
 #include "TcpStream.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "ldp/wire/LdpWireEnums.h"
 
@@ -251,6 +252,7 @@ void TcpStream::append(std::span<std::uint8_t const> bytes, FrameMeta const & fr
       std::size_t const used = this->frame(bytes, next_, false);
       buf_.assign(bytes.begin() + static_cast<std::ptrdiff_t>(used), bytes.end());
       next_ += bytes.size();
+      dropMarksBefore(next_ - buffered());
       return;
    }
    buf_.insert(buf_.end(), bytes.begin(), bytes.end());
@@ -264,6 +266,7 @@ void TcpStream::append(std::span<std::uint8_t const> bytes, FrameMeta const & fr
       buf_.erase(buf_.begin(), buf_.begin() + static_cast<std::ptrdiff_t>(head_));
       head_ = 0;
    }
+   dropMarksBefore(next_ - buffered());
 }
 
 void TcpStream::gapAt(std::uint64_t missing) {
@@ -287,6 +290,7 @@ void TcpStream::gapAt(std::uint64_t missing) {
    buf_.clear();
    head_ = 0;
    next_ += missing;
+   dropMarksBefore(next_);
    synced_ = false;
    resync_ = Resync::gap;
    resyncFrom_ = next_;
@@ -444,11 +448,17 @@ void TcpStream::noteResync(std::uint64_t foundAt, bool found) {
    resyncFrom_ = foundAt;
 }
 
-FrameMeta TcpStream::frameOf(std::uint64_t streamOffset) {
+FrameMeta TcpStream::frameOf(std::uint64_t streamOffset) const {
+   // The last frame whose bytes begin at or before the offset.
+   auto const behind = std::upper_bound(marks_.begin(), marks_.end(), streamOffset,
+                                        [](std::uint64_t off, FrameMark const & m) { return off < m.offset; });
+   return behind == marks_.begin() ? FrameMeta{} : std::prev(behind)->frame;
+}
+
+void TcpStream::dropMarksBefore(std::uint64_t streamOffset) {
    while (marks_.size() > 1 && marks_[1].offset <= streamOffset) {
       marks_.pop_front();
    }
-   return marks_.empty() ? FrameMeta{} : marks_.front().frame;
 }
 
 } // namespace LdpDecode

@@ -100,6 +100,9 @@ class TcpStream {
    void startSynced();
 
    StreamStats const & stats() const noexcept { return stats_; }
+   // Frames remembered for the bytes not yet taken out as PDUs: one for each
+   // frame that carried a byte still kept, however long the stream runs.
+   std::size_t frameMarks() const noexcept { return marks_.size(); }
 
  private:
    enum class State : std::uint8_t { idle, open, closed };
@@ -138,7 +141,12 @@ class TcpStream {
    void emit(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t at, std::uint32_t size, std::uint64_t streamOffset,
              bool badHeader);
    void noteResync(std::uint64_t foundAt, bool found);
-   FrameMeta frameOf(std::uint64_t streamOffset);
+   // The frame that carried the byte at streamOffset, among those not yet
+   // taken out as PDUs.
+   FrameMeta frameOf(std::uint64_t streamOffset) const;
+   // Forgets the frames of bytes before streamOffset, which is at or before
+   // the first byte still kept.
+   void dropMarksBefore(std::uint64_t streamOffset);
    std::size_t buffered() const noexcept { return buf_.size() - head_; }
 
    StreamSink & sink_;

@@ -141,18 +141,67 @@ TEST(TcpStream, RandomSegmentsWithDuplicatesOverlapsAndReordering) {
    }
 }
 
-TEST(TcpStream, PduBeginsInTheFrameOfItsFirstByte) {
-   auto const stream = session();
-   Recorder r;
-   run(stream, {{0, 30}, {30, stream.size()}}, defaultIsn, &r);
-   ASSERT_EQ(r.pdus.size(), 4u);
-   EXPECT_EQ(r.pdus[0].firstFrame, 1u);
-   EXPECT_EQ(r.pdus[1].firstFrame, 1u);  // bytes 18..54: begins in frame 1, ends in frame 2
-   EXPECT_EQ(r.pdus[0].lastFrame.number, 1u);
-   EXPECT_EQ(r.pdus[1].lastFrame.number, 2u);
-   EXPECT_EQ(r.pdus[1].lastFrame.seconds, 2);
-   EXPECT_EQ(r.pdus[2].firstFrame, 2u);
-   EXPECT_EQ(r.pdus[2].pkt.ptr(), r.pdus[3].pkt.ptr());
+TEST(TcpStream, PduKnowsTheFramesOfItsFirstAndLastByte) {
+   struct Row {
+      char const * what;
+      std::vector<std::uint8_t> stream;
+      std::vector<Seg> segs;
+      std::vector<std::string> frames;  // first-last frame of each PDU handed over, bad headers included
+   };
+   auto const twoFrames = [](Recorder const & r) {
+      std::vector<std::string> f;
+      for (auto const & p : r.pdus) {
+         f.push_back(std::to_string(p.firstFrame) + "-" + std::to_string(p.lastFrame.number));
+      }
+      return f;
+   };
+   auto const afterBad = hexBytes("0002" + keepalive + mapping);  // a bad header at 0, a Keepalive at 2
+   Row const rows[] = {
+       {"in order", session(), {{0, 30}, {30, 113}}, {"1-1", "1-2", "2-2", "2-2"}},
+       {"held, then the bytes before it", session(), {{30, 113}, {0, 30}}, {"2-2", "2-1", "1-1", "1-1"}},
+       {"behind a gap", session(), {{0, 30, 0, 30}, {60, 113}}, {"1-1", "2-2"}},
+       {"a PDU inside the bytes of a bad header", afterBad, {{0, 10}, {10, 57}}, {"1-2", "1-2", "2-2"}},
+       {"the same, in three frames", afterBad, {{0, 4}, {4, 12}, {12, 57}}, {"1-3", "1-3", "3-3"}},
+   };
+   for (Row const & row : rows) {
+      Recorder r;
+      run(row.stream, row.segs, defaultIsn, &r);
+      EXPECT_EQ(twoFrames(r), row.frames) << row.what;
+   }
+}
+
+TEST(TcpStream, FramesAreForgottenOnceTheirBytesAreGoneEvenWithoutPdus) {
+   std::vector<std::uint8_t> const zeros(20, 0);
+   struct Row {
+      char const * what;
+      bool syn;
+      std::vector<std::uint8_t> first;  // then segments of 20 zero bytes
+   };
+   Row const rows[] = {
+       {"another service's bytes, joined mid-stream", false, zeros},
+       {"an LDP session whose bytes stop making sense", true, hexBytes(keepalive)},
+   };
+   for (Row const & row : rows) {
+      Recorder r;
+      TcpStream s(r);
+      std::uint32_t seq = 5000;
+      if (row.syn) {
+         s.segment(seq++, TcpFlag::syn, {}, 0, frameNo(0));
+      }
+      s.segment(seq, 0, row.first, 0, frameNo(1));
+      seq += static_cast<std::uint32_t>(row.first.size());
+      std::size_t most = 0;
+      for (std::uint64_t f = 2; f < 5000; ++f, seq += 20) {
+         s.segment(seq, 0, zeros, 0, frameNo(f));
+         most = std::max(most, s.frameMarks());
+      }
+      // The stream keeps the 17 bytes that may begin a header: the last frame
+      // and the one before it.
+      EXPECT_LE(most, 2u) << row.what;
+      s.finish();
+      ASSERT_FALSE(r.events.empty()) << row.what;
+      EXPECT_TRUE(r.events.back().ends_with("no header")) << row.what << ": " << r.events.back();
+   }
 }
 
 TEST(TcpStream, SequenceNumbersWrapAroundZero) {
