@@ -181,7 +181,7 @@ void TcpStream::hold(std::uint64_t off, std::span<std::uint8_t const> bytes, std
       h.bytes.assign(bytes.begin(), bytes.end());
       h.missingAfter = missing;
       h.frame = frame;
-      heldBytes_ += bytes.size();
+      heldBytes_ += bytes.size() + heldEntryCost;
       return;
    }
    // Two segments from the same byte: the longer capture of it is kept, and
@@ -210,7 +210,7 @@ void TcpStream::drainHeld(std::uint64_t missingTo) {
          std::uint64_t const off = it->first;
          Held h = std::move(it->second);
          held_.erase(it);
-         heldBytes_ -= h.bytes.size();
+         heldBytes_ -= h.bytes.size() + heldEntryCost;
          std::uint64_t const end = off + h.bytes.size();
          missingTo = std::max(missingTo, end + h.missingAfter);
          if (end <= next_) {
@@ -229,6 +229,7 @@ void TcpStream::drainHeld(std::uint64_t missingTo) {
       // bytes only lengthen them.
       while (!held_.empty() && held_.begin()->first <= missingTo && held_.begin()->second.bytes.empty()) {
          missingTo = std::max(missingTo, held_.begin()->first + held_.begin()->second.missingAfter);
+         heldBytes_ -= heldEntryCost;
          held_.erase(held_.begin());
       }
       // The bytes a held segment holds are not missing: the gap ends where it begins.

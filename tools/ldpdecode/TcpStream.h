@@ -82,6 +82,9 @@ class TcpStream {
    // Bytes of out-of-order data held while waiting for a missing segment; past
    // this the missing bytes are taken as lost (a gap).
    static constexpr std::size_t maxOutOfOrderBytes = 4u << 20;
+   // What each held segment counts toward that limit besides its bytes: a
+   // segment the capture cut off entirely holds none, yet takes memory.
+   static constexpr std::size_t heldEntryCost = 64;
    // A PDU header plus one message header: what a header check needs.
    static constexpr std::size_t minPduBytes = 18;
 
@@ -159,7 +162,7 @@ class TcpStream {
    Resync resync_ = Resync::midStream;
    std::uint64_t resyncFrom_ = 0;
    std::map<std::uint64_t, Held> held_;
-   std::size_t heldBytes_ = 0;
+   std::size_t heldBytes_ = 0;   // held bytes plus heldEntryCost for each held segment
    bool finSeen_ = false;
    std::uint64_t finAt_ = 0;
    std::deque<FrameMark> marks_;

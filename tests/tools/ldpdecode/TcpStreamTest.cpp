@@ -400,6 +400,23 @@ TEST(TcpStream, HeldDataBeyondTheLimitMakesTheMissingBytesAGap) {
    EXPECT_EQ(r.pdus.size(), count - 1);
 }
 
+TEST(TcpStream, HeldSegmentsWithoutCapturedBytesCountTowardTheLimit) {
+   // Each segment lies ahead of a hole and was cut off by the capture whole.
+   Recorder r;
+   TcpStream s(r);
+   s.segment(0, TcpFlag::syn, {}, 0, frameNo(0));
+   std::size_t const enough = TcpStream::maxOutOfOrderBytes / TcpStream::heldEntryCost + 1;
+   std::size_t sent = 0;
+   while (r.events.empty() && sent < 2 * enough) {
+      ++sent;
+      s.segment(static_cast<std::uint32_t>(1 + 100 * sent), 0, {}, 100, frameNo(sent));
+   }
+   EXPECT_EQ(sent, enough) << "the limit is reached when the held segments alone pass it";
+   // The hole and every segment held behind it make one gap.
+   EXPECT_EQ(r.events, (std::vector<std::string>{"gap @0 missing " + std::to_string(100 * (sent + 1)) +
+                                                 " unfinished 0/0"}));
+}
+
 TEST(PlausiblePduHeader, NeedsVersionSizeAndAFittingKnownFirstMessage) {
    struct Row {
       char const * what;
