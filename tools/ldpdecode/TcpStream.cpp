@@ -79,6 +79,7 @@ void TcpStream::reset() {
    finSeen_ = false;
    finAt_ = 0;
    marks_.clear();
+   raw_ = false;
 }
 
 void TcpStream::open(std::uint32_t seqOfFirstByte, bool synced) {
@@ -90,6 +91,7 @@ void TcpStream::open(std::uint32_t seqOfFirstByte, bool synced) {
 
 void TcpStream::startSynced() {
    open(0, true);
+   raw_ = true;
 }
 
 std::int64_t TcpStream::offsetOf(std::uint32_t seq) const noexcept {
@@ -314,7 +316,11 @@ void TcpStream::endData() {
    std::span<std::uint8_t const> const rest(buf_.data() + head_, have);
    std::size_t const used = frame(rest, next_ - have, true);
    std::size_t const left = have - used;
-   if (left && synced_) {
+   if (left && synced_ && raw_) {
+      // A raw stream lost nothing: its last bytes are a PDU as it was given,
+      // for the parser to judge.
+      emit(Vorin::Pkt::fromBytes(rest.subspan(used)), 0, static_cast<std::uint32_t>(left), next_ - left, false);
+   } else if (left && synced_) {
       StreamNote note;
       note.kind = StreamNoteKind::endInsidePdu;
       note.streamOffset = next_ - left;

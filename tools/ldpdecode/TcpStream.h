@@ -99,7 +99,9 @@ class TcpStream {
    // The end of the capture: missing bytes become gaps, an unfinished PDU is
    // reported.
    void finish();
-   // A byte stream known to start at a PDU boundary (no TCP around it).
+   // A byte stream known to start at a PDU boundary (no TCP around it). It
+   // holds every byte there is: at its end, the bytes of an unfinished PDU are
+   // handed over as a PDU, for the parser to find its fault.
    void startSynced();
 
    StreamStats const & stats() const noexcept { return stats_; }
@@ -163,6 +165,7 @@ class TcpStream {
    std::uint64_t resyncFrom_ = 0;
    std::map<std::uint64_t, Held> held_;
    std::size_t heldBytes_ = 0;   // held bytes plus heldEntryCost for each held segment
+   bool raw_ = false;            // started by startSynced: nothing of the stream is missing
    bool finSeen_ = false;
    std::uint64_t finAt_ = 0;
    std::deque<FrameMark> marks_;

@@ -340,6 +340,33 @@ TEST(TcpStream, EndOfCaptureInsideAHeaderHasNoSize) {
    EXPECT_EQ(run(stream, {{0, 20}}), (std::vector<std::string>{pduEvent(keepalive, 0), "end @18 unfinished 2/0"}));
 }
 
+TEST(TcpStream, RawStreamHandsItsUnfinishedLastPduToTheParser) {
+   struct Row {
+      char const * what;
+      std::string hex;
+      std::vector<std::string> events;
+   };
+   Row const rows[] = {
+       {"ends behind a PDU", keepalive, {pduEvent(keepalive, 0)}},
+       {"a PDU cut short", keepalive + "0001 0020 0a000001 0000 0201",
+        {pduEvent(keepalive, 0), pduEvent("0001 0020 0a000001 0000 0201", 18)}},
+       {"a header of version 2 alone", "0002 000e 0a000001 0000", {pduEvent("0002 000e 0a000001 0000", 0)}},
+       {"part of a length field", keepalive + "0001 00", {pduEvent(keepalive, 0), pduEvent("0001 00", 18)}},
+   };
+   for (Row const & row : rows) {
+      auto const bytes = hexBytes(row.hex);
+      for (std::size_t k = 1; k <= bytes.size(); ++k) {
+         Recorder r;
+         TcpStream s(r);
+         s.startSynced();
+         s.segment(0, 0, std::span<std::uint8_t const>(bytes).first(k), 0, FrameMeta{});
+         s.segment(static_cast<std::uint32_t>(k), 0, std::span<std::uint8_t const>(bytes).subspan(k), 0, FrameMeta{});
+         s.finish();
+         EXPECT_EQ(r.events, row.events) << row.what << ", cut at " << k;
+      }
+   }
+}
+
 TEST(TcpStream, NewSynEndsThePreviousConnection) {
    auto const stream = session();
    Recorder r;
