@@ -1,6 +1,7 @@
 #include "TcpStream.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "ldp/wire/LdpWireEnums.h"
 
@@ -78,6 +79,7 @@ void TcpStream::reset() {
    finSeen_ = false;
    finAt_ = 0;
    marks_.clear();
+   raw_ = false;
 }
 
 void TcpStream::open(std::uint32_t seqOfFirstByte, bool synced) {
@@ -89,6 +91,7 @@ void TcpStream::open(std::uint32_t seqOfFirstByte, bool synced) {
 
 void TcpStream::startSynced() {
    open(0, true);
+   raw_ = true;
 }
 
 std::int64_t TcpStream::offsetOf(std::uint32_t seq) const noexcept {
@@ -147,10 +150,10 @@ void TcpStream::data(std::int64_t off, std::span<std::uint8_t const> bytes, std:
    if (off < next) {
       auto const trim = static_cast<std::uint64_t>(next - off);
       if (trim >= bytes.size()) {
-         // Only the part the capture cut off lies ahead: it is missing.
+         // Only the part the capture cut off lies ahead: it is missing, but
+         // for what held segments hold.
          stats_.overlapBytes += bytes.size();
-         gapAt(static_cast<std::uint64_t>(claimedEnd - next));
-         drainHeld();
+         drainHeld(static_cast<std::uint64_t>(claimedEnd));
          closeIfFinished();
          return;
       }
@@ -162,56 +165,78 @@ void TcpStream::data(std::int64_t off, std::span<std::uint8_t const> bytes, std:
       ++stats_.outOfOrder;
       hold(static_cast<std::uint64_t>(off), bytes, missing, frame);
       while (heldBytes_ > maxOutOfOrderBytes && !held_.empty()) {
-         gapAt(held_.begin()->first - next_);
-         drainHeld();
+         drainHeld(held_.begin()->first);
       }
       closeIfFinished();
       return;
    }
    append(bytes, frame);
-   gapAt(missing);
-   drainHeld();
+   drainHeld(next_ + missing);
    closeIfFinished();
 }
 
 void TcpStream::hold(std::uint64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing,
                      FrameMeta const & frame) {
    auto it = held_.find(off);
-   if (it != held_.end()) {
-      Held & h = it->second;
-      if (bytes.size() + missing <= h.bytes.size() + h.missingAfter) {
+   if (it == held_.end()) {
+      Held & h = held_[off];
+      h.bytes.assign(bytes.begin(), bytes.end());
+      h.missingAfter = missing;
+      h.frame = frame;
+      heldBytes_ += bytes.size() + heldEntryCost;
+      return;
+   }
+   // Two segments from the same byte: the longer capture of it is kept, and
+   // the further end either of them claims.
+   Held & h = it->second;
+   std::uint64_t const heldEnd = h.bytes.size() + std::uint64_t(h.missingAfter);
+   std::uint64_t const claimed = std::max<std::uint64_t>(bytes.size() + std::uint64_t(missing), heldEnd);
+   if (bytes.size() <= h.bytes.size()) {
+      if (claimed == heldEnd) {
          ++stats_.retransmitted;
          return;
       }
-      heldBytes_ -= h.bytes.size();
-      held_.erase(it);
+      h.missingAfter = static_cast<std::uint32_t>(claimed - h.bytes.size());
+      return;
    }
-   Held & h = held_[off];
+   heldBytes_ += bytes.size() - h.bytes.size();
    h.bytes.assign(bytes.begin(), bytes.end());
-   h.missingAfter = missing;
+   h.missingAfter = static_cast<std::uint32_t>(claimed - bytes.size());
    h.frame = frame;
-   heldBytes_ += bytes.size();
 }
 
-void TcpStream::drainHeld() {
-   while (!held_.empty() && held_.begin()->first <= next_) {
-      auto it = held_.begin();
-      std::uint64_t const off = it->first;
-      Held h = std::move(it->second);
-      held_.erase(it);
-      heldBytes_ -= h.bytes.size();
-      std::uint64_t const end = off + h.bytes.size();
-      std::uint64_t const claimedEnd = end + h.missingAfter;
-      if (claimedEnd <= next_) {
-         stats_.overlapBytes += h.bytes.size();
-         continue;
-      }
-      if (end > next_) {
+void TcpStream::drainHeld(std::uint64_t missingTo) {
+   while (true) {
+      if (!held_.empty() && held_.begin()->first <= next_) {
+         auto it = held_.begin();
+         std::uint64_t const off = it->first;
+         Held h = std::move(it->second);
+         held_.erase(it);
+         heldBytes_ -= h.bytes.size() + heldEntryCost;
+         std::uint64_t const end = off + h.bytes.size();
+         missingTo = std::max(missingTo, end + h.missingAfter);
+         if (end <= next_) {
+            stats_.overlapBytes += h.bytes.size();
+            continue;
+         }
          auto const skip = static_cast<std::size_t>(next_ - off);
          stats_.overlapBytes += skip;
          append(std::span<std::uint8_t const>(h.bytes).subspan(skip), h.frame);
+         continue;
       }
-      gapAt(claimedEnd - next_);
+      if (missingTo <= next_) {
+         return;
+      }
+      // Held segments without a captured byte that begin inside the missing
+      // bytes only lengthen them.
+      while (!held_.empty() && held_.begin()->first <= missingTo && held_.begin()->second.bytes.empty()) {
+         missingTo = std::max(missingTo, held_.begin()->first + held_.begin()->second.missingAfter);
+         heldBytes_ -= heldEntryCost;
+         held_.erase(held_.begin());
+      }
+      // The bytes a held segment holds are not missing: the gap ends where it begins.
+      std::uint64_t const stop = held_.empty() ? missingTo : std::min(missingTo, held_.begin()->first);
+      gapAt(stop - next_);
    }
 }
 
@@ -230,6 +255,7 @@ void TcpStream::append(std::span<std::uint8_t const> bytes, FrameMeta const & fr
       std::size_t const used = this->frame(bytes, next_, false);
       buf_.assign(bytes.begin() + static_cast<std::ptrdiff_t>(used), bytes.end());
       next_ += bytes.size();
+      dropMarksBefore(next_ - buffered());
       return;
    }
    buf_.insert(buf_.end(), bytes.begin(), bytes.end());
@@ -243,6 +269,7 @@ void TcpStream::append(std::span<std::uint8_t const> bytes, FrameMeta const & fr
       buf_.erase(buf_.begin(), buf_.begin() + static_cast<std::ptrdiff_t>(head_));
       head_ = 0;
    }
+   dropMarksBefore(next_ - buffered());
 }
 
 void TcpStream::gapAt(std::uint64_t missing) {
@@ -266,6 +293,7 @@ void TcpStream::gapAt(std::uint64_t missing) {
    buf_.clear();
    head_ = 0;
    next_ += missing;
+   dropMarksBefore(next_);
    synced_ = false;
    resync_ = Resync::gap;
    resyncFrom_ = next_;
@@ -282,14 +310,17 @@ void TcpStream::endData() {
       return;
    }
    while (!held_.empty()) {
-      gapAt(held_.begin()->first - next_);
-      drainHeld();
+      drainHeld(held_.begin()->first);
    }
    std::size_t const have = buffered();
    std::span<std::uint8_t const> const rest(buf_.data() + head_, have);
    std::size_t const used = frame(rest, next_ - have, true);
    std::size_t const left = have - used;
-   if (left && synced_) {
+   if (left && synced_ && raw_) {
+      // A raw stream lost nothing: its last bytes are a PDU as it was given,
+      // for the parser to judge.
+      emit(Vorin::Pkt::fromBytes(rest.subspan(used)), 0, static_cast<std::uint32_t>(left), next_ - left, false);
+   } else if (left && synced_) {
       StreamNote note;
       note.kind = StreamNoteKind::endInsidePdu;
       note.streamOffset = next_ - left;
@@ -424,11 +455,17 @@ void TcpStream::noteResync(std::uint64_t foundAt, bool found) {
    resyncFrom_ = foundAt;
 }
 
-FrameMeta TcpStream::frameOf(std::uint64_t streamOffset) {
+FrameMeta TcpStream::frameOf(std::uint64_t streamOffset) const {
+   // The last frame whose bytes begin at or before the offset.
+   auto const behind = std::upper_bound(marks_.begin(), marks_.end(), streamOffset,
+                                        [](std::uint64_t off, FrameMark const & m) { return off < m.offset; });
+   return behind == marks_.begin() ? FrameMeta{} : std::prev(behind)->frame;
+}
+
+void TcpStream::dropMarksBefore(std::uint64_t streamOffset) {
    while (marks_.size() > 1 && marks_[1].offset <= streamOffset) {
       marks_.pop_front();
    }
-   return marks_.empty() ? FrameMeta{} : marks_.front().frame;
 }
 
 } // namespace LdpDecode

@@ -82,6 +82,9 @@ class TcpStream {
    // Bytes of out-of-order data held while waiting for a missing segment; past
    // this the missing bytes are taken as lost (a gap).
    static constexpr std::size_t maxOutOfOrderBytes = 4u << 20;
+   // What each held segment counts toward that limit besides its bytes: a
+   // segment the capture cut off entirely holds none, yet takes memory.
+   static constexpr std::size_t heldEntryCost = 64;
    // A PDU header plus one message header: what a header check needs.
    static constexpr std::size_t minPduBytes = 18;
 
@@ -96,12 +99,17 @@ class TcpStream {
    // The end of the capture: missing bytes become gaps, an unfinished PDU is
    // reported.
    void finish();
-   // A byte stream known to start at a PDU boundary (no TCP around it).
+   // A byte stream known to start at a PDU boundary (no TCP around it). It
+   // holds every byte there is: at its end, the bytes of an unfinished PDU are
+   // handed over as a PDU, for the parser to find its fault.
    void startSynced();
 
    StreamStats const & stats() const noexcept { return stats_; }
    // Ended by FIN or RST, with nothing left to deliver.
    bool closed() const noexcept { return state_ == State::closed; }
+   // Frames remembered for the bytes not yet taken out as PDUs: one for each
+   // frame that carried a byte still kept, however long the stream runs.
+   std::size_t frameMarks() const noexcept { return marks_.size(); }
 
  private:
    enum class State : std::uint8_t { idle, open, closed };
@@ -125,7 +133,9 @@ class TcpStream {
    void data(std::int64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing, FrameMeta const & frame);
    void append(std::span<std::uint8_t const> bytes, FrameMeta const & frame);
    void hold(std::uint64_t off, std::span<std::uint8_t const> bytes, std::uint32_t missing, FrameMeta const & frame);
-   void drainHeld();
+   // Takes in the held segments that the contiguous data has reached. Bytes up
+   // to missingTo that no held segment holds are a gap.
+   void drainHeld(std::uint64_t missingTo);
    void gapAt(std::uint64_t missing);
    void closeIfFinished();
    void endData();
@@ -138,7 +148,12 @@ class TcpStream {
    void emit(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t at, std::uint32_t size, std::uint64_t streamOffset,
              bool badHeader);
    void noteResync(std::uint64_t foundAt, bool found);
-   FrameMeta frameOf(std::uint64_t streamOffset);
+   // The frame that carried the byte at streamOffset, among those not yet
+   // taken out as PDUs.
+   FrameMeta frameOf(std::uint64_t streamOffset) const;
+   // Forgets the frames of bytes before streamOffset, which is at or before
+   // the first byte still kept.
+   void dropMarksBefore(std::uint64_t streamOffset);
    std::size_t buffered() const noexcept { return buf_.size() - head_; }
 
    StreamSink & sink_;
@@ -151,7 +166,8 @@ class TcpStream {
    Resync resync_ = Resync::midStream;
    std::uint64_t resyncFrom_ = 0;
    std::map<std::uint64_t, Held> held_;
-   std::size_t heldBytes_ = 0;
+   std::size_t heldBytes_ = 0;   // held bytes plus heldEntryCost for each held segment
+   bool raw_ = false;            // started by startSynced: nothing of the stream is missing
    bool finSeen_ = false;
    std::uint64_t finAt_ = 0;
    std::deque<FrameMark> marks_;

@@ -386,7 +386,7 @@ TEST(Decoder, TheLeastRecentlyUsedFlowEndsPastTheLimit) {
    EXPECT_EQ(reporter.totals().tcp.segments, 1u);
 }
 
-TEST(Decoder, RawStreamSplitsPdusAndNotesWhatItCannotFrame) {
+TEST(Decoder, RawStreamSplitsPdusAndHandsTheUnfinishedLastOneToTheParser) {
    Output out(nullptr);
    Reporter reporter(OutputMode::text, out);
    Decoder decoder(reporter);
@@ -395,10 +395,10 @@ TEST(Decoder, RawStreamSplitsPdusAndNotesWhatItCannotFrame) {
    decoder.finish();
    std::string const text = out.take();
    EXPECT_EQ(text.rfind("hex input  byte 0\nLdpPduHdr: Ver(1),Len(33)", 0), 0u) << text;
-   EXPECT_NE(text.find("hex input  byte 37  note: the stream ends inside a PDU: 3 bytes received\n"),
-             std::string::npos)
-       << text;
-   EXPECT_EQ(reporter.totals().pdus, 1u);
+   EXPECT_NE(text.find("hex input  byte 37\nError LDP PDU: PDU too small, size = 3\n"), std::string::npos) << text;
+   EXPECT_EQ(text.find("note:"), std::string::npos) << text;
+   EXPECT_EQ(reporter.totals().pdus, 2u);
+   EXPECT_EQ(reporter.totals().invalidPdus, 1u);
    EXPECT_EQ(reporter.totals().tcpStreams, 0u);
 }
 

@@ -141,18 +141,67 @@ TEST(TcpStream, RandomSegmentsWithDuplicatesOverlapsAndReordering) {
    }
 }
 
-TEST(TcpStream, PduBeginsInTheFrameOfItsFirstByte) {
-   auto const stream = session();
-   Recorder r;
-   run(stream, {{0, 30}, {30, stream.size()}}, defaultIsn, &r);
-   ASSERT_EQ(r.pdus.size(), 4u);
-   EXPECT_EQ(r.pdus[0].firstFrame, 1u);
-   EXPECT_EQ(r.pdus[1].firstFrame, 1u);  // bytes 18..54: begins in frame 1, ends in frame 2
-   EXPECT_EQ(r.pdus[0].lastFrame.number, 1u);
-   EXPECT_EQ(r.pdus[1].lastFrame.number, 2u);
-   EXPECT_EQ(r.pdus[1].lastFrame.seconds, 2);
-   EXPECT_EQ(r.pdus[2].firstFrame, 2u);
-   EXPECT_EQ(r.pdus[2].pkt.ptr(), r.pdus[3].pkt.ptr());
+TEST(TcpStream, PduKnowsTheFramesOfItsFirstAndLastByte) {
+   struct Row {
+      char const * what;
+      std::vector<std::uint8_t> stream;
+      std::vector<Seg> segs;
+      std::vector<std::string> frames;  // first-last frame of each PDU handed over, bad headers included
+   };
+   auto const twoFrames = [](Recorder const & r) {
+      std::vector<std::string> f;
+      for (auto const & p : r.pdus) {
+         f.push_back(std::to_string(p.firstFrame) + "-" + std::to_string(p.lastFrame.number));
+      }
+      return f;
+   };
+   auto const afterBad = hexBytes("0002" + keepalive + mapping);  // a bad header at 0, a Keepalive at 2
+   Row const rows[] = {
+       {"in order", session(), {{0, 30}, {30, 113}}, {"1-1", "1-2", "2-2", "2-2"}},
+       {"held, then the bytes before it", session(), {{30, 113}, {0, 30}}, {"2-2", "2-1", "1-1", "1-1"}},
+       {"behind a gap", session(), {{0, 30, 0, 30}, {60, 113}}, {"1-1", "2-2"}},
+       {"a PDU inside the bytes of a bad header", afterBad, {{0, 10}, {10, 57}}, {"1-2", "1-2", "2-2"}},
+       {"the same, in three frames", afterBad, {{0, 4}, {4, 12}, {12, 57}}, {"1-3", "1-3", "3-3"}},
+   };
+   for (Row const & row : rows) {
+      Recorder r;
+      run(row.stream, row.segs, defaultIsn, &r);
+      EXPECT_EQ(twoFrames(r), row.frames) << row.what;
+   }
+}
+
+TEST(TcpStream, FramesAreForgottenOnceTheirBytesAreGoneEvenWithoutPdus) {
+   std::vector<std::uint8_t> const zeros(20, 0);
+   struct Row {
+      char const * what;
+      bool syn;
+      std::vector<std::uint8_t> first;  // then segments of 20 zero bytes
+   };
+   Row const rows[] = {
+       {"another service's bytes, joined mid-stream", false, zeros},
+       {"an LDP session whose bytes stop making sense", true, hexBytes(keepalive)},
+   };
+   for (Row const & row : rows) {
+      Recorder r;
+      TcpStream s(r);
+      std::uint32_t seq = 5000;
+      if (row.syn) {
+         s.segment(seq++, TcpFlag::syn, {}, 0, frameNo(0));
+      }
+      s.segment(seq, 0, row.first, 0, frameNo(1));
+      seq += static_cast<std::uint32_t>(row.first.size());
+      std::size_t most = 0;
+      for (std::uint64_t f = 2; f < 5000; ++f, seq += 20) {
+         s.segment(seq, 0, zeros, 0, frameNo(f));
+         most = std::max(most, s.frameMarks());
+      }
+      // The stream keeps the 17 bytes that may begin a header: the last frame
+      // and the one before it.
+      EXPECT_LE(most, 2u) << row.what;
+      s.finish();
+      ASSERT_FALSE(r.events.empty()) << row.what;
+      EXPECT_TRUE(r.events.back().ends_with("no header")) << row.what << ": " << r.events.back();
+   }
 }
 
 TEST(TcpStream, SequenceNumbersWrapAroundZero) {
@@ -250,6 +299,35 @@ TEST(TcpStream, SegmentCutShortByTheCaptureIsAGapAtOnce) {
    EXPECT_EQ(s.stats().gapBytes, 30u);
 }
 
+TEST(TcpStream, BytesCutOffByTheCaptureAreAGapOnlyWhereNoOtherSegmentHoldsThem) {
+   auto const stream = session();
+   struct Row {
+      char const * what;
+      std::vector<Seg> segs;
+      std::vector<std::string> events;
+   };
+   std::string const ka = pduEvent(keepalive, 0);
+   std::string const tail = pduEvent(twoKeepalives, 87);
+   Row const rows[] = {
+       {"nothing else holds them", {{0, 30, 0, 30}, {60, 113}},
+        {ka, "gap @30 missing 30 unfinished 12/37", "resync @60 skipped 27", tail}},
+       {"a held segment holds them all", {{0, 18}, {30, 87}, {18, 30, 0, 57}, {87, 113}}, sessionEvents()},
+       {"a held segment holds the first of them", {{0, 18}, {30, 50}, {18, 30, 0, 57}, {87, 113}},
+        {ka, "gap @50 missing 37 unfinished 32/37", tail}},
+       {"they reach over a held segment", {{0, 18}, {40, 87}, {30, 35, 0, 52}, {18, 30}, {87, 113}},
+        {ka, "gap @35 missing 5 unfinished 17/37", "resync @40 skipped 15", pduEvent(address, 55), tail}},
+       {"only they lie ahead, up to a held segment", {{0, 18}, {30, 87}, {0, 18, 0, 30}, {87, 113}},
+        {ka, "gap @18 missing 12 unfinished 0/0", "resync @30 skipped 25", pduEvent(address, 55), tail}},
+       {"a later segment from the same byte holds them", {{0, 18}, {30, 30, 0, 57}, {30, 87}, {18, 30}, {87, 113}},
+        sessionEvents()},
+       {"a shorter segment from the same byte claims more", {{0, 18}, {30, 50}, {30, 40, 0, 60}, {18, 30}},
+        {ka, "gap @50 missing 50 unfinished 32/37"}},
+   };
+   for (Row const & row : rows) {
+      EXPECT_EQ(run(stream, row.segs), row.events) << row.what;
+   }
+}
+
 TEST(TcpStream, FinInsideAPduReportsTheUnfinishedPduAndLaterDataIsIgnored) {
    auto const stream = session();
    Recorder r;
@@ -260,6 +338,33 @@ TEST(TcpStream, FinInsideAPduReportsTheUnfinishedPduAndLaterDataIsIgnored) {
 TEST(TcpStream, EndOfCaptureInsideAHeaderHasNoSize) {
    auto const stream = session();
    EXPECT_EQ(run(stream, {{0, 20}}), (std::vector<std::string>{pduEvent(keepalive, 0), "end @18 unfinished 2/0"}));
+}
+
+TEST(TcpStream, RawStreamHandsItsUnfinishedLastPduToTheParser) {
+   struct Row {
+      char const * what;
+      std::string hex;
+      std::vector<std::string> events;
+   };
+   Row const rows[] = {
+       {"ends behind a PDU", keepalive, {pduEvent(keepalive, 0)}},
+       {"a PDU cut short", keepalive + "0001 0020 0a000001 0000 0201",
+        {pduEvent(keepalive, 0), pduEvent("0001 0020 0a000001 0000 0201", 18)}},
+       {"a header of version 2 alone", "0002 000e 0a000001 0000", {pduEvent("0002 000e 0a000001 0000", 0)}},
+       {"part of a length field", keepalive + "0001 00", {pduEvent(keepalive, 0), pduEvent("0001 00", 18)}},
+   };
+   for (Row const & row : rows) {
+      auto const bytes = hexBytes(row.hex);
+      for (std::size_t k = 1; k <= bytes.size(); ++k) {
+         Recorder r;
+         TcpStream s(r);
+         s.startSynced();
+         s.segment(0, 0, std::span<std::uint8_t const>(bytes).first(k), 0, FrameMeta{});
+         s.segment(static_cast<std::uint32_t>(k), 0, std::span<std::uint8_t const>(bytes).subspan(k), 0, FrameMeta{});
+         s.finish();
+         EXPECT_EQ(r.events, row.events) << row.what << ", cut at " << k;
+      }
+   }
 }
 
 TEST(TcpStream, NewSynEndsThePreviousConnection) {
@@ -320,6 +425,23 @@ TEST(TcpStream, HeldDataBeyondTheLimitMakesTheMissingBytesAGap) {
    EXPECT_GT(delivered, 4000u);
    s.finish();
    EXPECT_EQ(r.pdus.size(), count - 1);
+}
+
+TEST(TcpStream, HeldSegmentsWithoutCapturedBytesCountTowardTheLimit) {
+   // Each segment lies ahead of a hole and was cut off by the capture whole.
+   Recorder r;
+   TcpStream s(r);
+   s.segment(0, TcpFlag::syn, {}, 0, frameNo(0));
+   std::size_t const enough = TcpStream::maxOutOfOrderBytes / TcpStream::heldEntryCost + 1;
+   std::size_t sent = 0;
+   while (r.events.empty() && sent < 2 * enough) {
+      ++sent;
+      s.segment(static_cast<std::uint32_t>(1 + 100 * sent), 0, {}, 100, frameNo(sent));
+   }
+   EXPECT_EQ(sent, enough) << "the limit is reached when the held segments alone pass it";
+   // The hole and every segment held behind it make one gap.
+   EXPECT_EQ(r.events, (std::vector<std::string>{"gap @0 missing " + std::to_string(100 * (sent + 1)) +
+                                                 " unfinished 0/0"}));
 }
 
 TEST(PlausiblePduHeader, NeedsVersionSizeAndAFittingKnownFirstMessage) {
