@@ -2,6 +2,8 @@
 // baseline measured in the same run (its own benchmark, and again inside the
 // subject's to print the ratio as xBaseline):
 //  - a keyed counter step on an existing key against ++ on an unordered_map;
+//  - a message pipe's write plus take-out against moving a shared_ptr into and
+//    out of an optional;
 //  - addSessionStateLogEntry on a full log (an eviction every time) against
 //    push_back plus pop_front on a deque;
 // with heap allocations per operation, and the size of an empty session status
@@ -17,9 +19,12 @@
 #include <chrono>
 #include <cstdint>
 #include <deque>
+#include <memory>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
+#include "ldp/common/LdpCommon.h"
 #include "ldp/common/LdpSessionStatistics.h"
 #include "ldp/status/LdpSession.h"
 #include "support/AllocCount.h"
@@ -107,6 +112,48 @@ void BM_KeyedCounterInc(benchmark::State & state) {
    f.finish([&c](std::uint64_t k) { c.step(k); });
 }
 BENCHMARK(BM_KeyedCounterInc);
+
+// Message pipes ---------------------------------------------------------------
+
+struct OptionalSlot {
+   std::optional<std::shared_ptr<int>> slot;
+   std::shared_ptr<int> msg = std::make_shared<int>(1);
+   void step(std::uint64_t) {
+      slot.emplace(std::move(msg));
+      msg = std::move(*slot);
+      slot.reset();
+      benchmark::ClobberMemory();
+   }
+};
+
+void BM_OptionalSharedPtrMove(benchmark::State & state) {
+   OptionalSlot o;
+   for (auto _ : state) {
+      o.step(0);
+   }
+}
+BENCHMARK(BM_OptionalSharedPtrMove);
+
+// The writer hands its reference over and the reader takes it back: no count
+// changes, no allocation.
+void BM_PipeWriteTakeOut(benchmark::State & state) {
+   auto pipe = Zon::makePtr<LdpMsgPipe>("pipe");
+   auto msg = Zon::makePtr<LdpMsg>(LdpIdentifier(Vorin::IpAddr(10, 0, 0, 1), 0), Vorin::Pkt::ofSize(64), 10);
+   LdpMsgPipe * p = pipe.ptr();
+   benchmark::DoNotOptimize(pipe.ptr());
+   Figures f(state);
+   for (auto _ : state) {
+      p->txMsgIs(std::move(msg));
+      msg = p->rxMsg();
+      benchmark::ClobberMemory();
+   }
+   if (!msg || p->readableCount() != std::uint32_t(state.iterations())) {
+      state.SkipWithError("the message did not go through");
+   }
+   OptionalSlot o;
+   f.finish([&o](std::uint64_t k) { o.step(k); });
+}
+BENCHMARK(BM_PipeWriteTakeOut);
 
 // State log ----------------------------------------------------------------------
 
