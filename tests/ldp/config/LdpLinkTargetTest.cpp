@@ -171,11 +171,12 @@ TEST(LdpAdjConfig, AdjacenciesByIdentifierAndPerLink) {
       void onLdpAdj(LdpAdjId const & k) override { seen.push_back("ldpAdj[" + stringValue(k.kind()) + "]"); }
    } r;
    r.notifierIs(perLink.ptr());
-   perLink->newLdpAdj(viaLink);
-   perLink->ldpAdjIs(viaLink);
+   perLink->newLdpAdj(viaLink, true);
+   perLink->ldpAdjIs(viaLink, true); // unchanged: nobody hears
    perLink->ldpAdjDel(targeted); // not held: nobody hears
    perLink->ldpAdjDelAll();
    EXPECT_EQ(r.seen, (Strings{"ldpAdj[LdpLinkAdj]", "ldpAdj[LdpLinkAdj]"}));
+   EXPECT_EQ(perLink->ldpAdjs(), 0u);
 }
 
 TEST(LocalIntfIpColl, AddressesWithTheirPrefixLengths) {

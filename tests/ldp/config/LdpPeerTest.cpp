@@ -67,6 +67,26 @@ TEST(LdpPeerConfig, AdjacenciesThatLeadToThePeer) {
    EXPECT_EQ(r.seen, (Strings{"ldpAdj[eth1]", "activeAdj", "statusCode", "ldpAdj[eth1]"}));
 }
 
+TEST(LdpLsrIntfIpAddrColl, AddressesOnePeerAdvertised) {
+   auto addrs = Zon::makePtr<LdpLsrIntfIpAddrColl>("peerAddrs", peer);
+   EXPECT_EQ(addrs->name(), "peerAddrs");
+   EXPECT_EQ(addrs->peerLdpId(), peer);
+   struct Recorder : LdpLsrIntfIpAddrColl::Notifiee {
+      Strings seen;
+      void onIpAddressSet(Vorin::IpGenAddr const & k) override { seen.push_back("ipAddressSet[" + k.stringValue() + "]"); }
+   } r;
+   r.notifierIs(addrs.ptr());
+   auto const a = Vorin::IpGenAddr::fromString("10.9.0.1");
+   auto const b = Vorin::IpGenAddr::fromString("2001:db8::9");
+   addrs->newIpAddressSet(a, true);
+   addrs->ipAddressSetIs(b, true);
+   addrs->ipAddressSetIs(a, true);
+   addrs->ipAddressSetDel(a);
+   EXPECT_EQ(addrs->ipAddressSets(), 1u);
+   EXPECT_TRUE(addrs->ipAddressSet(b));
+   EXPECT_EQ(r.seen, (Strings{"ipAddressSet[10.9.0.1]", "ipAddressSet[2001:db8::9]", "ipAddressSet[10.9.0.1]"}));
+}
+
 TEST(LdpTargetServerConfig, ReceivesThroughANamedUdpEndpoint) {
    auto server = Zon::makePtr<LdpTargetServerConfig>("targetServer");
    struct Recorder : LdpTargetServerConfig::Notifiee {
