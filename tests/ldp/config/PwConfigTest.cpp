@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ldp/config/PwConfig.h"
+#include "support/DeathText.h"
 
 namespace {
 
@@ -67,6 +68,62 @@ TEST(PwConfig, SettersNotifyOnlyRealChanges) {
    pw->groupIdIs(Pseudowire::GroupId(9));
    pw->groupIdIs(Pseudowire::GroupId(9));
    EXPECT_EQ(r.seen, (Strings{"localLabel", "status", "groupId"}));
+}
+
+PwFecSessionId const session(LdpIdentifier(Vorin::IpAddr(5, 5, 5, 5), 0), Pseudowire::PseudowireType::ethernet,
+                             Pseudowire::PseudowireId(100));
+
+struct SessionCollRecorder : PwFecSessionConfigColl::Notifiee {
+   int n = 0;
+   void onFecSessionConfig(PwFecSessionId const &) override { ++n; }
+};
+
+TEST(PwFecSessionConfig, StartsWithTheMemberItIsMadeFor) {
+   auto coll = Zon::makePtr<PwFecSessionConfigColl>("local");
+   SessionCollRecorder r;
+   r.notifierIs(coll.ptr());
+   auto s = coll->fecSessionConfigIs(session, PwFecSessionMember::pwFecMemberStatic);
+   EXPECT_EQ(s->pwFecSessionId(), session);
+   EXPECT_EQ(s->initMember(), PwFecSessionMember::pwFecMemberStatic);
+   EXPECT_EQ(s->members(), 1u);
+   EXPECT_TRUE(s->member(PwFecSessionMember::pwFecMemberStatic));
+   EXPECT_FALSE(s->member(PwFecSessionMember::pwFecMemberSessionSm));
+   // Members come and go; the session stays what it was made for.
+   s->newMember(PwFecSessionMember::pwFecMemberSessionSm, true);
+   s->memberDel(PwFecSessionMember::pwFecMemberStatic);
+   EXPECT_EQ(coll->newFecSessionConfig(session, PwFecSessionMember::pwFecMemberStatic), s);
+   EXPECT_EQ(s->members(), 1u);
+   EXPECT_EQ(r.n, 1);
+}
+
+TEST(PwFecSessionConfig, AnotherInitialMemberIsRefused) {
+   auto coll = Zon::makePtr<PwFecSessionConfigColl>("remote");
+   auto const stored = coll->newFecSessionConfig(session, PwFecSessionMember::pwFecMemberSessionSm);
+   SessionCollRecorder r;
+   r.notifierIs(coll.ptr());
+   try {
+      coll->fecSessionConfigIs(session, PwFecSessionMember::pwFecMemberStatic);
+      FAIL() << "no exception";
+   } catch (Zon::NameInUseException const & e) {
+      EXPECT_EQ(std::string(e.what()),
+                "Reinstantiating the entity with name " + std::string(session.stringValue()) +
+                    " where constructor parameter attribute _initMember has a different value of "
+                    "pwFecMemberStatic than the current value of pwFecMemberSessionSm not allowed");
+   }
+   EXPECT_EQ(coll->fecSessionConfig(session), stored);
+   EXPECT_EQ(stored->initMember(), PwFecSessionMember::pwFecMemberSessionSm);
+   EXPECT_EQ(stored->members(), 1u);
+   EXPECT_EQ(r.n, 0);
+}
+
+TEST(PwFecSessionConfigDeathTest, AnInvalidIdEndsTheProcess) {
+   auto coll = Zon::makePtr<PwFecSessionConfigColl>("local");
+   PwFecSessionId const noPwId(LdpIdentifier(Vorin::IpAddr(5, 5, 5, 5), 0), Pseudowire::PseudowireType::ethernet,
+                               Pseudowire::PseudowireId(0));
+   EXPECT_DEATH(coll->fecSessionConfigIs(noPwId, PwFecSessionMember::pwFecMemberStatic),
+                TestSupport::literal("pwFecSessionId().isValid()"));
+   EXPECT_DEATH(coll->fecSessionConfigIs(PwFecSessionId(), PwFecSessionMember::pwFecMemberSessionSm),
+                TestSupport::literal("pwFecSessionId().isValid()"));
 }
 
 TEST(PwEnumerations, StoredNumbersAndNames) {
