@@ -187,10 +187,12 @@ def entity_source(entity, info):
         base_init = f"{base_of(entity)}({args})"
     else:
         base_init = f"{base_of(entity)}({name_expr})"
-    inits = [base_init] + [f"{n.member(p.name)}({p.name})" for p in entity.params() if p.name != "name"]
+    inits = [base_init] + [f"{n.member(p.name)}({p.name})" for p in entity.params()
+                           if p.name != "name" and not p.has("base")]
     sig = ", ".join(f"{info.param(t)} {p}" for t, p in params)
-    out = [f"{cls}::{cls}({sig})", f"{I}: {', '.join(inits)} {{}}", ""]
-    if entity.factory:
+    hand = entity.hand_written()
+    out = [] if "constructor" in hand else [f"{cls}::{cls}({sig})", f"{I}: {', '.join(inits)} {{}}", ""]
+    if entity.factory and "factory" not in hand:
         args = ", ".join(p for _, p in params)
         out += body(f"Zon::Ptr<{cls}> {entity.factory}({sig})", [f"return Zon::Ptr<{cls}>(new {cls}({args}));"], "")
         out.append("")

@@ -109,13 +109,13 @@ class Param(Kind):
         return "name()" if m.name == "name" else n.member(m.name)
 
     def public(self, m, c):
-        if m.name == "name":  # the entity's own name, held by Zon::Entity
+        if m.name == "name" or m.has("base"):  # held by Zon::Entity, by the base class
             return []
         t = m.types[0]
         return short(f"{c.r(t)} {n.getter(m.name)}() const noexcept", f"return {n.member(m.name)};")
 
     def member(self, m, c):
-        if m.name == "name":
+        if m.name == "name" or m.has("base"):
             return []
         return [f"{I}{m.types[0]} const {n.member(m.name)};"]
 
@@ -396,6 +396,8 @@ class Method(Kind):
     has_id = False
 
     def public(self, m, c):
+        if m.text == m.name:  # the constructor or the factory: declared where they belong
+            return []
         return [f"{I}{m.text};"]
 
     def handler(self, m, c):

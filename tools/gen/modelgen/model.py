@@ -105,6 +105,10 @@ class Entity:
         k = self.key()
         return k is not None and k.name == "name"
 
+    def hand_written(self):
+        """The generated parts that the .cpp defines instead: constructor, factory."""
+        return {m.name for m in self.members if m.kind == "method" and m.text == m.name}
+
     def ctor_params(self):
         """Constructor parameters in order: a name first unless the entity is keyed."""
         if self.key() is None:
