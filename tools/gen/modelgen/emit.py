@@ -225,7 +225,7 @@ def attr_table(cls, rows):
 
 
 def reflected(entity):
-    return [m for m in entity.members if EMITTERS[m.kind].reflect_kind]
+    return [m for m in entity.members if EMITTERS[m.kind].reflects(m)]
 
 
 def keyed_members(entity):
