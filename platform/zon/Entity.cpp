@@ -55,7 +55,12 @@ void AttrRecorder::onAttr(AttrId attr, void const * key) {
    records_.push_back(std::move(record));
 }
 
+std::atomic<std::size_t> Entity::live_{0};
+
+std::size_t Entity::liveEntities() noexcept { return live_.load(std::memory_order_relaxed); }
+
 Entity::~Entity() {
+   live_.fetch_sub(1, std::memory_order_relaxed);
    if (observers_) {
       for (Observer * o : observers_->observers) {
          if (o) {

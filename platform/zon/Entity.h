@@ -8,6 +8,7 @@
 // the last reference to the entity from inside a notification.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -78,6 +79,10 @@ class Entity : public PtrInterface {
    // Number of registered observers.
    std::size_t observers() const noexcept;
 
+   // Entities alive in the process: made and not yet destroyed. Lets tests check
+   // that dropping a root releases everything under it.
+   static std::size_t liveEntities() noexcept;
+
    // Reflection (zon/Reflect.h), generated for every schema entity: visits each
    // attribute with its value's text, base class first; the attribute of a
    // notification id (null for none); the text of a notification's key.
@@ -86,7 +91,7 @@ class Entity : public PtrInterface {
    virtual std::string attrKeyText(AttrId attr, void const * key) const;
 
  protected:
-   explicit Entity(Name name) noexcept : name_(std::move(name)) {}
+   explicit Entity(Name name) noexcept : name_(std::move(name)) { live_.fetch_add(1, std::memory_order_relaxed); }
    ~Entity() override;
 
    // Keeps the entity alive across a series of notifications (emptying a
@@ -123,6 +128,8 @@ class Entity : public PtrInterface {
    void notifyObservers(AttrId attr, void const * key) const;
    void observerAdd(Observer * o) const;
    void observerDel(Observer * o) const noexcept;
+
+   static std::atomic<std::size_t> live_;
 
    Name name_;
    Entity * parent_ = nullptr;

@@ -199,7 +199,9 @@ def entity_source(entity, info):
     out = [] if "constructor" in hand else [f"{cls}::{cls}({sig})", f"{I}: {', '.join(inits)} {ctor_body}", ""]
     if entity.factory and "factory" not in hand:
         args = ", ".join(p for _, p in params)
-        out += body(f"Zon::Ptr<{cls}> {entity.factory}({sig})", [f"return Zon::Ptr<{cls}>(new {cls}({args}));"], "")
+        # An allocation that fails is the runtime's range error "null ValidPtr".
+        out += body(f"Zon::Ptr<{cls}> {entity.factory}({sig})",
+                    [f"return Zon::validPtr(Zon::Ptr<{cls}>(new (std::nothrow) {cls}({args})));"], "")
         out.append("")
     for m in entity.members:
         out += EMITTERS[m.kind].source(m, c)
@@ -308,7 +310,7 @@ def header(schema):
 
 def source(schema):
     info = TypeInfo(schema)
-    out = [banner(schema), f'#include "{schema.header()}"', "", "#include <string>", "#include <utility>", "",
+    out = [banner(schema), f'#include "{schema.header()}"', "", "#include <new>", "#include <string>", "#include <utility>", "",
            '#include "zon/Exception.h"', '#include "zon/Reflect.h"', '#include "zon/Value.h"']
     if any(value_option(v, "parse") for v in schema.values):
         out.append('#include "zon/ValueParse.h"')
