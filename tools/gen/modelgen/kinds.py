@@ -72,6 +72,10 @@ class Kind:
     def source(self, m, c):
         return []
 
+    def ctor(self, m, c):
+        """Statements of the constructor's body, run after every member is set."""
+        return []
+
     def handler(self, m, c):
         return f"virtual void {n.handler(m.name)}() {{}}"
 
@@ -244,17 +248,7 @@ class Coll(CollectionKind):
         return f"{n.member(m.name)}.take(k)"
 
     def checks(self, m, c):
-        """Refuses an existing element whose other constructor parameters differ."""
-        element = self.element(m, c)
-        out = []
-        for p in element.params():
-            if p.has("key"):
-                continue
-            out += [f"if (!(e->{p.name}() == {p.name})) {{",
-                    f'{I}Zon::nameInUse(e->name(), "{p.name}", Zon::plainText({p.name}), '
-                    f"Zon::plainText(e->{p.name}()));",
-                    "}"]
-        return out
+        return reinstantiation_checks(self.element(m, c), "e")
 
     def source(self, m, c):
         e, x = m.types[1], n.member(m.name)
@@ -264,38 +258,133 @@ class Coll(CollectionKind):
         out = body(f"Zon::Ptr<{e}> {c.cls}::{n.setter(m.name)}({sig})",
                    [f"if (Zon::Ptr<{e}> e = {x}.find({key})) {{"] + [I + l for l in checks]
                    + [f"{I}return e;", "}", f"return {self.insert_name(m)}({args});"], "") + [""]
-        # newX is create-or-get too: an existing element (with the same constructor
-        # parameters) is returned as it is, never replaced by a fresh one.
-        out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
-                    [f"return {n.setter(m.name)}({args});"], "") + [""]
+        if m.option("new", "get") == "get":
+            # newX is create-or-get: an existing element (with the same constructor
+            # parameters) is returned as it is, never replaced by a fresh one.
+            made = f"return {n.setter(m.name)}({args});"
+        else:
+            # newX makes a fresh element; one it replaces is unlinked.
+            made = f"return {self.insert_name(m)}({args});"
+        out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})", [made], "") + [""]
+        # The caller's key may live in an element that the insert replaces: the
+        # notification carries the new element's own.
         out += body(f"Zon::Ptr<{e}> {c.cls}::{self.insert_name(m)}({sig})",
                     [f"Zon::Ptr<{e}> e = {c.make(e, args)};", f"{x}.insert({key}, e, this);",
-                     f"notify({c.attr(m)}, &{key});", "return e;"], "") + [""]
+                     f"auto const & k = e->{key}();", f"notify({c.attr(m)}, &k);", "return e;"], "") + [""]
+        return out + super().source(m, c)
+
+
+def reinstantiation_checks(element, var):
+    """Refuses an existing entity whose constructor parameters (other than its key
+    or name) differ from the new ones: the first that differs, in declaration order,
+    is named in the name-in-use error with both values as text."""
+    out = []
+    for p in element.params():
+        if p.has("key"):
+            continue
+        out += [f"if (!({var}->{p.name}() == {p.name})) {{",
+                f'{I}Zon::nameInUse({var}->name(), "{p.name}", Zon::plainText({p.name}), '
+                f"Zon::plainText({var}->{p.name}()));",
+                "}"]
+    return out
+
+
+class Ref(CollectionKind):
+    """A collection of counted read-only references to entities owned elsewhere,
+    keyed by each entity's own key. It never sets or clears their parent."""
+
+    def element(self, m, c):
+        return c.info.entity(m.types[1])
+
+    def holder(self, m, c):
+        return f"Zon::ValueMap<{m.types[0]}, Zon::Ptr<{m.types[1]} const>, {order(m)}>"
+
+    def public(self, m, c):
+        k, e, x = m.types[0], m.types[1], n.member(m.name)
+        return ([*short(f"Zon::Ptr<{e} const> {n.getter(m.name)}({c.p(k)} key) const", f"return {x}.value(key);"),
+                 f"{I}void {n.setter(m.name)}(Zon::Ptr<{e} const> const & e);",
+                 f"{I}void {n.creator(m.name)}(Zon::Ptr<{e} const> const & e);"]
+                + self.common(m, c))
+
+    def source(self, m, c):
+        e, x = m.types[1], n.member(m.name)
+        key = self.element(m, c).key().name
+        refuse = ["if (!e) {", f"{I}throw Zon::RangeException({m.default});", "}",
+                  f"auto const & key = e->{key}();"]
+        out = body(f"void {c.cls}::{n.setter(m.name)}(Zon::Ptr<{e} const> const & e)",
+                   refuse + notify_if(f"{x}.set(key, e)", c.attr(m), "key", ""), "") + [""]
+        if m.option("new", "replace") == "replace":
+            made = [f"{n.setter(m.name)}(e);"]
+        else:
+            made = refuse + notify_if(f"!{x}.contains(key) && {x}.set(key, e)", c.attr(m), "key", "")
+        out += body(f"void {c.cls}::{n.creator(m.name)}(Zon::Ptr<{e} const> const & e)", made, "") + [""]
         return out + super().source(m, c)
 
 
 class Child(Kind):
-    """A named single child, created by name."""
+    """A named single child, created from a name (and the element's other
+    constructor parameters, if it has any)."""
+
+    def params(self, m, c):
+        element = c.info.entity(m.types[0])
+        return element.ctor_params() if element is not None else [("Zon::Name", "name")]
+
+    def signature(self, m, c):
+        return ", ".join(f"{c.p(t)} {name}" for t, name in self.params(m, c))
+
+    def args(self, m, c):
+        return ", ".join(name for _, name in self.params(m, c))
 
     def public(self, m, c):
-        e, x = m.types[0], n.member(m.name)
+        e, x, sig = m.types[0], n.member(m.name), self.signature(m, c)
         return [*short(f"Zon::Ptr<{e} const> {n.getter(m.name)}() const noexcept", f"return {x}.get();"),
                 *short(f"Zon::Ptr<{e}> {n.getter(m.name)}() noexcept", f"return {x}.get();"),
-                f"{I}Zon::Ptr<{e}> {n.setter(m.name)}(Zon::Name const & name);",
-                f"{I}Zon::Ptr<{e}> {n.creator(m.name)}(Zon::Name const & name);"] + body(
+                f"{I}Zon::Ptr<{e}> {n.setter(m.name)}({sig});",
+                f"{I}Zon::Ptr<{e}> {n.creator(m.name)}({sig});"] + body(
             f"void {n.deleter(m.name)}()", notify_if(f"{x}.reset()", c.attr(m), None, ""))
+
+    def fresh(self, m):
+        """True when newX always makes a fresh child (then newX is also the maker)."""
+        return m.option("new", "replace") == "replace"
+
+    def maker(self, m):
+        return n.creator(m.name) if self.fresh(m) else n.maker(m.name)
+
+    def private_decls(self, m, c):
+        if self.fresh(m):
+            return []
+        return [f"{I}Zon::Ptr<{m.types[0]}> {n.maker(m.name)}({self.signature(m, c)});"]
 
     def member(self, m, c):
         return [f"{I}Zon::Child<{m.types[0]}> {n.member(m.name)};"]
 
+    def kept(self, m, c):
+        """What xIs does with a child of the same name: keep it, unless its other
+        parameters differ (then refuse, replace or keep it, as the schema says)."""
+        element, x = c.info.entity(m.types[0]), n.member(m.name)
+        rule = m.option("params", "error")
+        keep = [f"return {x}.get();"]
+        if element is None or rule == "keep" or len(element.ctor_params()) == 1:
+            return keep
+        ptr = [f"{m.types[0]} const * e = {x}.ptr();"]
+        if rule == "error":
+            return ptr + reinstantiation_checks(element, "e") + keep
+        same = " && ".join(f"e->{p.name}() == {p.name}" for p in element.params() if p.name != "name")
+        return ptr + [f"if ({same}) {{", I + keep[0], "}"]
+
     def source(self, m, c):
         e, x = m.types[0], n.member(m.name)
-        return (body(f"Zon::Ptr<{e}> {c.cls}::{n.setter(m.name)}(Zon::Name const & name)",
-                     [f"if ({x} && {x}.ptr()->name() == name) {{", f"{I}return {x}.get();", "}",
-                      f"return {n.creator(m.name)}(name);"], "") + [""]
-                + body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}(Zon::Name const & name)",
-                       [f"Zon::Ptr<{e}> e = {c.make(e, 'name')};", f"{x}.set(e, this);",
-                        f"notify({c.attr(m)});", "return e;"], "") + [""])
+        sig, args = self.signature(m, c), self.args(m, c)
+        out = body(f"Zon::Ptr<{e}> {c.cls}::{n.setter(m.name)}({sig})",
+                   [f"if ({x} && {x}.ptr()->name() == name) {{"]
+                   + [I + l for l in self.kept(m, c)] + ["}", f"return {self.maker(m)}({args});"], "") + [""]
+        if not self.fresh(m):
+            out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
+                        [f"return {n.setter(m.name)}({args});"], "") + [""]
+        out += body(f"Zon::Ptr<{e}> {c.cls}::{self.maker(m)}({sig})",
+                    [f"Zon::Ptr<{e}> e = {c.make(e, args)};", f"{x}.set(e, this);",
+                     f"notify({c.attr(m)});", "return e;"], "") + [""]
+        return out
 
 
 class Queue(Kind):
@@ -314,10 +403,24 @@ class Queue(Kind):
     def member(self, m, c):
         return [f"{I}Zon::LinkQueue<{m.types[0]}> {n.member(m.name)};"]
 
+    def capacity(self, m, c):
+        cap = m.option("capacity")
+        if cap is None or cap.isdigit():
+            return cap
+        const = next(k for k in c.entity.members if k.kind == "const" and k.name == cap)
+        return f"{cap}()" if const.has("getter") else cap
+
     def source(self, m, c):
         v, x, a = m.types[0], n.member(m.name), c.attr(m)
+        cap = self.capacity(m, c)
+        # A full bounded queue drops its oldest element first; nothing changes when
+        # no key is left for the new one.
+        evict = [] if cap is None else [f"if ({x}.size() >= {cap}) {{", f"{I}{x}.requireKey();",
+                                         f"{I}auto const head = {x}.dequeue();",
+                                         f"{I}notify({a}, &head->first);", "}"]
         return (body(f"std::uint32_t {c.cls}::{n.enqueue(m.name)}({c.p(v)} v)",
-                     [f"std::uint32_t const key = {x}.enqueue(v);", f"notify({a}, &key);", "return key;"], "")
+                     evict + [f"std::uint32_t const key = {x}.enqueue(v);", f"notify({a}, &key);",
+                              "return key;"], "")
                 + [""]
                 + body(f"{v} {c.cls}::{n.dequeue(m.name)}()",
                        [f"auto head = {x}.dequeue();", "if (!head) {", f"{I}return {v}{{}};", "}",
@@ -344,7 +447,28 @@ class Const(Kind):
     has_id = False
 
     def public(self, m, c):
-        return [f"{I}static constexpr {m.types[0]} {m.name}{{{m.default}}};"]
+        t = m.types[0]
+        if not m.has("getter"):
+            return [f"{I}static constexpr {t} {m.name}{{{m.default}}};"]
+        if c.info.by_value(t):
+            return short(f"static constexpr {t} {m.name}() noexcept", f"return {m.default};")
+        return body(f"static {t} const & {m.name}()", [f"static {t} const v{{{m.default}}};", "return v;"])
+
+    def handler(self, m, c):
+        return None
+
+
+class Init(Kind):
+    """A constructor hook: hand-written, run by the constructor after every member
+    has its initial value, in the order the schema lists them."""
+
+    has_id = False
+
+    def private_decls(self, m, c):
+        return [f"{I}void {m.name}(); // hand-written, run by the constructor"]
+
+    def ctor(self, m, c):
+        return [f"{m.name}();"]
 
     def handler(self, m, c):
         return None
@@ -370,8 +494,10 @@ EMITTERS = {
     "set": Set(),
     "counters": Counters(),
     "coll": Coll(),
+    "ref": Ref(),
     "child": Child(),
     "queue": Queue(),
     "const": Const(),
     "method": Method(),
+    "init": Init(),
 }

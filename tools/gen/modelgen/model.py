@@ -42,6 +42,11 @@ class Enum:
     underlying: str  # C++ type
     enumerators: List[Enumerator] = field(default_factory=list)
     doc: List[str] = field(default_factory=list)
+    outer: Optional[str] = None  # the entity it is declared in, if any
+
+    def qualified(self):
+        """Its C++ name inside the schema's namespace: Outer::Name when nested."""
+        return f"{self.outer}::{self.name}" if self.outer else self.name
 
     def has(self, name):
         return any(e.name == name for e in self.enumerators)
@@ -51,9 +56,10 @@ class Enum:
 class Member:
     """One line of an entity or value block.
 
-    kind: param, scalar, counter, map, set, counters, coll, child, queue, const,
-    method (entities); field, bit, const, method (values).
+    kind: param, scalar, counter, map, set, counters, coll, ref, child, queue,
+    const, method, init (entities); field, bit, const, method (values).
     types: the type columns of the kind (one for scalar, key and value for map, ...).
+    options: flags ("ordered") and valued options ("new:replace", "capacity:10").
     """
 
     where: Where
@@ -67,6 +73,13 @@ class Member:
 
     def has(self, option):
         return option in self.options
+
+    def option(self, key, default=None):
+        """The value of a valued option "key:value", or `default` when not given."""
+        for o in self.options:
+            if o.startswith(key + ":"):
+                return o[len(key) + 1:]
+        return default
 
 
 @dataclass
@@ -88,7 +101,9 @@ class Entity:
     base: Optional[str] = None       # base class, as written
     base_args: Optional[str] = None  # its constructor arguments, as written
     factory: Optional[str] = None
+    unnamed: bool = False            # no name at all: made from its params alone
     members: List[Member] = field(default_factory=list)
+    enums: List[Enum] = field(default_factory=list)  # enumerations declared inside
     doc: List[str] = field(default_factory=list)
 
     def params(self):
@@ -105,9 +120,14 @@ class Entity:
         k = self.key()
         return k is not None and k.name == "name"
 
+    def made_by_name(self):
+        """True when its constructor takes a Zon::Name first (what named children need)."""
+        return not self.unnamed and (self.key() is None or self.names_itself())
+
     def ctor_params(self):
-        """Constructor parameters in order: a name first unless the entity is keyed."""
-        if self.key() is None:
+        """Constructor parameters in order: a name first unless the entity is keyed
+        or unnamed."""
+        if self.key() is None and not self.unnamed:
             return [("Zon::Name", "name")] + [(p.types[0], p.name) for p in self.params()]
         return [(p.types[0], p.name) for p in self.params()]
 

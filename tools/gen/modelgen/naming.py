@@ -69,6 +69,12 @@ def inserter(name):
     return "insert" + cap(name) + "_"
 
 
+def maker(name):
+    """The private helper of a named child whose newX is create-or-get: it makes a
+    fresh child and stores it."""
+    return "make" + cap(name) + "_"
+
+
 def handler(name):
     return "on" + cap(name)
 
@@ -93,6 +99,7 @@ def operations(name, kind):
         "set": [getter, count, setter, creator, deleter, delete_all],
         "counters": [getter, count, setter, creator, inc, dec, deleter, delete_all],
         "coll": [getter, count, setter, creator, deleter, delete_all],
+        "ref": [getter, count, setter, creator, deleter, delete_all],
         "child": [getter, setter, creator, deleter],
         "queue": [getter, count, enqueue, dequeue, deleter, delete_all],
         "const": [getter],

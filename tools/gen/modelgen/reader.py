@@ -14,6 +14,8 @@ from .model import Entity, Enum, Enumerator, Member, Schema, SchemaError, Value,
 from .types import resolve, TypeInfo, UNSIGNED
 
 # Columns of each member kind: (type columns, options, default: no/yes/required).
+# An option "word:a|b" takes one of the values a, b ("new:replace"); "word:<what>"
+# takes any value ("capacity:10").
 ENTITY_KINDS = {
     "param": (["type"], ["key"], "no"),
     "scalar": (["type"], [], "yes"),
@@ -21,11 +23,14 @@ ENTITY_KINDS = {
     "map": (["key type", "value type"], ["ordered"], "no"),
     "set": (["key type"], ["ordered"], "no"),
     "counters": (["key type", "value type"], ["ordered", "dec"], "no"),
-    "coll": (["key type", "entity type"], ["ordered"], "no"),
-    "child": (["entity type"], [], "no"),
-    "queue": (["value type"], [], "no"),
-    "const": (["type"], [], "required"),
+    "coll": (["key type", "entity type"], ["ordered", "new:get|replace"], "no"),
+    "ref": (["key type", "entity type"], ["ordered", "new:get|replace"], "required"),
+    "child": (["entity type"], ["new:get|replace", "params:error|replace|keep"], "no"),
+    "queue": (["value type"], ["capacity:<number or constant>"], "no"),
+    "const": (["type"], ["getter"], "required"),
 }
+# What the text after '=' is, where it is not a default value.
+DEFAULT_WHAT = {"const": "<value>", "ref": "<text for a null argument>"}
 VALUE_KINDS = {
     "field": (["type"], [], "yes"),
     "const": (["type"], [], "required"),
@@ -93,8 +98,35 @@ def usage(kind, columns):
     if default == "yes":
         text += " [= <default>]"
     elif default == "required":
-        text += " = <value>"
+        text += " = " + DEFAULT_WHAT.get(kind, "<value>")
     return text
+
+
+def check_option(where, kind, flag, options, given):
+    """Refuses an option the kind does not know, a value it does not take, or an
+    option given twice."""
+    word = flag.split(":", 1)[0]
+    if word in given:
+        raise where.error(f"option {word} of {kind} given twice")
+    given.add(word)
+    for o in options:
+        if ":" not in o:
+            if flag == o:
+                return
+            continue
+        key, allowed = o.split(":", 1)
+        if word != key or ":" not in flag:
+            continue
+        value = flag.split(":", 1)[1]
+        if allowed.startswith("<"):
+            if value:
+                return
+            raise where.error(f"option {key} of {kind} needs a value: {o}")
+        if value in allowed.split("|"):
+            return
+        raise where.error(f"option {key} of {kind} is one of {', '.join(allowed.split('|'))}, not '{value}'")
+    known = f" (known: {', '.join(options)})" if options else ""
+    raise where.error(f"unknown option '{flag}' for {kind}{known}")
 
 
 class Reader:
@@ -103,13 +135,15 @@ class Reader:
     def __init__(self, root):
         self.root = root
         self.cache = {}
-        self.reading = []
+        self.reading = []  # (schema being read, the import line that asked for it)
+        self.nested = None  # (enumeration declared inside an entity, its indentation)
 
     def read(self, path, where=None):
         if path in self.cache:
             return self.cache[path]
-        if path in self.reading:
-            raise where.error("import cycle: " + " -> ".join(self.reading + [path]))
+        paths = [p for p, _ in self.reading]
+        if path in paths:
+            raise self.cycle(paths.index(path), where)
         try:
             with open(os.path.join(self.root, path), encoding="utf-8") as f:
                 text = f.read()
@@ -117,13 +151,21 @@ class Reader:
             if where is None:
                 raise SchemaError(path, 0, f"cannot read schema: {e.strerror}")
             raise where.error(f"cannot read import '{path}': {e.strerror}")
-        self.reading.append(path)
+        self.reading.append((path, where))
         schema = self.parse(path, text)
         self.reading.pop()
         self.cache[path] = schema
         return schema
 
+    def cycle(self, start, closing):
+        """The error of an import cycle: every import of it, reported at the first."""
+        lines = [w for _, w in self.reading[start + 1:]] + [closing]
+        files = [p for p, _ in self.reading[start:]] + [self.reading[start][0]]
+        steps = [f"{w.path}:{w.line} imports {f}" for w, f in zip(lines, files[1:])]
+        return lines[0].error("import cycle: " + ", ".join(steps))
+
     def parse(self, path, text):
+        self.nested = None
         schema = Schema(path)
         block = None
         doc = []  # comment lines since the last blank line: the next node's doc
@@ -142,9 +184,15 @@ class Reader:
             if line[0].isspace():
                 if block is None:
                     raise where.error("indented member line outside an enum, value or entity")
-                self.member(block, where, line.strip())
-                target = block.enumerators[-1] if isinstance(block, Enum) else block.members[-1]
+                indent = len(line) - len(line.lstrip())
+                if self.nested and indent > self.nested[1]:
+                    self.member(self.nested[0], where, line.strip())
+                    target = self.nested[0].enumerators[-1]
+                else:
+                    self.nested = None
+                    target = self.member(block, where, line.strip(), indent)
             else:
+                self.nested = None
                 opening = not schema.namespace
                 block = self.declaration(schema, where, line)
                 target = block
@@ -153,6 +201,7 @@ class Reader:
             if target is not None:
                 target.doc = doc
             doc = []
+        self.nested = None
         if not schema.namespace:
             raise SchemaError(path, 1, "the schema declares no namespace")
         check(schema)
@@ -179,13 +228,7 @@ class Reader:
             schema.imports.append(self.read(args[0].strip('"'), where))
             return None
         if keyword == "enum":
-            self.arity(where, args, 2, "enum <name> <integer type>")
-            name = self.identifier(where, args[0])
-            underlying = resolve(args[1])
-            if underlying not in WIDTH and underlying not in ("std::int8_t", "std::int16_t",
-                                                               "std::int32_t", "std::int64_t"):
-                raise where.error(f"enum {name} needs an integer type, not {args[1]}")
-            node = Enum(where, name, underlying)
+            node = self.enum(where, args, "enum <name> <integer type>")
             schema.enums.append(node)
             return node
         if keyword == "value":
@@ -202,8 +245,17 @@ class Reader:
             return self.entity_header(schema, where, args)
         raise where.error(f"unknown declaration '{keyword}' (member lines are indented)")
 
+    def enum(self, where, args, use):
+        self.arity(where, args, 2, use)
+        name = self.identifier(where, args[0])
+        underlying = resolve(args[1])
+        if underlying not in WIDTH and underlying not in ("std::int8_t", "std::int16_t",
+                                                           "std::int32_t", "std::int64_t"):
+            raise where.error(f"enum {name} needs an integer type, not {args[1]}")
+        return Enum(where, name, underlying)
+
     def entity_header(self, schema, where, args):
-        use = "usage: entity <name> [: <base>[(<arguments>)]] [factory <function>]"
+        use = "usage: entity <name> [: <base>[(<arguments>)]] [factory <function>] [unnamed]"
         if not args:
             raise where.error(use)
         node = Entity(where, self.identifier(where, args[0]))
@@ -226,13 +278,16 @@ class Reader:
                 raise where.error(use)
             node.factory = self.identifier(where, rest[1])
             rest = rest[2:]
+        if rest and rest[0] == "unnamed":
+            node.unnamed = True
+            rest = rest[1:]
         if rest:
             raise where.error(f"unexpected '{rest[0]}' after entity {node.name}; {use}")
         schema.entities.append(node)
         return node
 
-    # Indented lines.
-    def member(self, block, where, line):
+    # Indented lines; each returns the node that the comment above it documents.
+    def member(self, block, where, line, indent=0):
         if isinstance(block, Enum):
             words = tokens(line)
             if len(words) != 2:
@@ -243,7 +298,7 @@ class Reader:
             if block.has(name):
                 raise where.error(f"duplicate enumerator '{name}' in enum {block.name}")
             block.enumerators.append(Enumerator(where, name, words[1]))
-            return
+            return block.enumerators[-1]
         keyword = line.split(None, 1)[0]
         if keyword == "method":
             decl = line[len("method"):].strip().rstrip(";")
@@ -251,7 +306,19 @@ class Reader:
             if not match:
                 raise where.error("usage: method <C++ declaration>, such as: method void f(int n) const")
             block.members.append(Member(where, "method", match.group(1), text=decl))
-            return
+            return block.members[-1]
+        if isinstance(block, Entity) and keyword == "init":
+            words = tokens(line)
+            if len(words) != 2:
+                raise where.error("usage: init <method name>")
+            block.members.append(Member(where, "init", self.identifier(where, words[1])))
+            return block.members[-1]
+        if isinstance(block, Entity) and keyword == "enum":
+            node = self.enum(where, tokens(line)[1:], "enum <name> <integer type>, enumerators below it")
+            node.outer = block.name
+            block.enums.append(node)
+            self.nested = (node, indent)
+            return node
         head, default = split_default(line)
         words = tokens(head)
         kind, args = words[0], words[1:]
@@ -263,11 +330,11 @@ class Reader:
                 raise where.error(f"bit number '{args[1]}' is not a number")
             block.members.append(Member(where, "bit", name, options=[args[1]],
                                         text=args[2] if len(args) == 3 else ""))
-            return
+            return block.members[-1]
         kinds = VALUE_KINDS if isinstance(block, Value) else ENTITY_KINDS
         if kind not in kinds:
             what = "value field" if isinstance(block, Value) else "attribute"
-            extra = ["bit", "method"] if isinstance(block, Value) else ["method"]
+            extra = ["bit", "method"] if isinstance(block, Value) else ["method", "init", "enum"]
             raise where.error(f"unknown {what} kind '{kind}' (known: {', '.join(list(kinds) + extra)})")
         cols, options, default_rule = kinds[kind]
         if len(args) < 1 + len(cols):
@@ -275,10 +342,9 @@ class Reader:
         name = self.identifier(where, args[0])
         types = [self.type(where, t) for t in args[1:1 + len(cols)]]
         flags = args[1 + len(cols):]
+        given = set()
         for flag in flags:
-            if flag not in options:
-                known = f" (known: {', '.join(options)})" if options else ""
-                raise where.error(f"unknown option '{flag}' for {kind}{known}")
+            check_option(where, kind, flag, options, given)
         if default is not None and default_rule == "no":
             raise where.error(f"{kind} takes no default")
         if default is None and default_rule == "required":
@@ -286,6 +352,7 @@ class Reader:
         if default == "":
             raise where.error(f"empty default for {name}")
         block.members.append(Member(where, kind, name, types, flags, default))
+        return block.members[-1]
 
     # Small helpers.
     @staticmethod
@@ -314,7 +381,7 @@ def check(schema):
         if node.name in seen:
             raise node.where.error(f"duplicate declaration '{node.name}' (first at line {seen[node.name]})")
         seen[node.name] = node.where.line
-    for enum in schema.enums:
+    for enum in schema.enums + [e for entity in schema.entities for e in entity.enums]:
         if "::" in schema.namespace:
             raise enum.where.error("enumerations need a namespace of one name, not " + schema.namespace)
         if not enum.enumerators:
@@ -328,6 +395,10 @@ def check(schema):
 
 def check_names(block, reserved_ok=()):
     names = {}
+    for e in getattr(block, "enums", []):
+        if e.name in names:
+            raise e.where.error(f"duplicate enum '{e.name}' in {block.name} (first at line {names[e.name][1]})")
+        names[e.name] = (e.name, e.where.line)
     for m in block.members:
         if m.name in naming.RESERVED and m.name not in reserved_ok:
             raise m.where.error(f"'{m.name}' is reserved by the runtime")
@@ -380,10 +451,16 @@ def check_entity(entity, info):
             if m.has("key"):
                 if key is not None:
                     raise m.where.error(f"second key parameter '{m.name}' (the key is '{key.name}')")
+                if entity.unnamed:
+                    raise m.where.error(f"entity {entity.name} is unnamed and has no key; '{m.name}' cannot be one")
                 key = m
             if m.name == "name" and not (m.has("key") and m.types[0] == "Zon::Name"):
                 raise m.where.error("a parameter called name must be the key and of type Zon::Name")
     check_names(entity, reserved_ok=("name",) if entity.names_itself() else ())
+    # A bare name of an enumeration declared inside this entity means that one.
+    nested = {e.name: f"{entity.name}::{e.name}" for e in entity.enums}
+    for m in entity.members:
+        m.types = [nested.get(t, t) for t in m.types]
     for m in entity.members:
         if m.kind in ("counter", "counters"):
             counted = m.types[-1]
@@ -391,25 +468,62 @@ def check_entity(entity, info):
                 raise m.where.error(f"{m.kind} {m.name} must count in an unsigned integer type, not {counted}")
         if m.default is not None and m.kind in ("scalar", "counter", "const"):
             m.default = qualify_default(m, info)
-        if m.kind == "coll":
-            element = info.entity(m.types[1])
-            if element is None:
-                raise m.where.error(f"unknown entity type '{m.types[1]}' (declare it or import its schema)")
-            ekey = element.key()
-            if ekey is None:
-                raise m.where.error(f"coll {m.name} needs an entity with a key parameter; {element.name} has none")
-            if ekey.types[0] != m.types[0]:
-                raise m.where.error(f"coll {m.name} is keyed by {m.types[0]} but the key {ekey.name} "
-                                    f"of {element.name} is {ekey.types[0]}")
+        if m.kind in ("coll", "ref"):
+            check_keyed_element(m, info)
+        if m.kind == "ref" and not re.match(r'^"(\\.|[^"\\])*"$', m.default):
+            raise m.where.error(f"ref {m.name} needs its null-argument text as a string literal, not {m.default}")
         if m.kind == "child":
-            element = info.entity(m.types[0])
-            if element is not None and element.params():
-                raise m.where.error(f"child {m.name} needs an entity made by name alone; "
-                                    f"{element.name} has parameters")
+            check_child(m, info)
+        if m.kind == "queue" and m.option("capacity") is not None:
+            check_capacity(m, entity)
     if entity.base:
         base = info.entity(entity.base)
         if base is not None and base.params():
             raise entity.where.error(f"base {entity.base} must be made by name alone; it has parameters")
+
+
+def check_keyed_element(m, info):
+    """The element of an instantiating or a reference collection: a known entity
+    whose key has the collection's key type."""
+    element = info.entity(m.types[1])
+    if element is None:
+        raise m.where.error(f"unknown entity type '{m.types[1]}' (declare it or import its schema)")
+    ekey = element.key()
+    if ekey is None:
+        raise m.where.error(f"{m.kind} {m.name} needs an entity with a key parameter; {element.name} has none")
+    if ekey.types[0] != m.types[0]:
+        raise m.where.error(f"{m.kind} {m.name} is keyed by {m.types[0]} but the key {ekey.name} "
+                            f"of {element.name} is {ekey.types[0]}")
+
+
+def check_child(m, info):
+    """A named child is made from a name first, then any other parameters."""
+    element = info.entity(m.types[0])
+    if element is None:
+        if m.option("params"):
+            raise m.where.error(f"child {m.name} of an entity the schemas do not declare takes no params option")
+        return
+    if element.unnamed:
+        raise m.where.error(f"child {m.name} needs a named entity; {element.name} is unnamed")
+    if not element.made_by_name():
+        raise m.where.error(f"child {m.name} needs an entity made from a name first; "
+                            f"{element.name} is keyed by {element.key().name}")
+    if m.option("params") and len(element.ctor_params()) == 1:
+        raise m.where.error(f"child {m.name}: option params needs an entity with parameters beyond its name; "
+                            f"{element.name} has none")
+
+
+def check_capacity(m, entity):
+    """A queue's capacity: a positive number or an unsigned constant of the entity."""
+    cap = m.option("capacity")
+    if cap.isdigit():
+        if int(cap) == 0:
+            raise m.where.error(f"queue {m.name} needs a capacity of at least 1")
+        return
+    const = next((c for c in entity.members if c.kind == "const" and c.name == cap), None)
+    if const is None or const.types[0] not in UNSIGNED:
+        raise m.where.error(f"queue {m.name}: capacity '{cap}' is neither a number nor an unsigned "
+                            f"constant of {entity.name}")
 
 
 def qualify_default(m, info):
@@ -429,7 +543,7 @@ def ordered_entities(entities):
 
     def deps(e):
         for m in e.members:
-            if m.kind in ("coll", "child"):
+            if m.kind in ("coll", "ref", "child"):
                 t = m.types[-1]
                 if t in by_name:
                     yield by_name[t]
