@@ -39,7 +39,7 @@ std::string_view ValueTextReader::field(std::string_view name) {
    return literal();
 }
 
-// A literal ends at the first ',' or '}' outside quotes and brackets.
+// A literal ends at the first ',' or '}' outside quotes and brackets; it may be empty.
 std::string_view ValueTextReader::literal() {
    std::size_t const begin = pos_;
    int depth = 0;
@@ -65,9 +65,8 @@ std::string_view ValueTextReader::literal() {
       }
       ++pos_;
    }
-   if (pos_ == begin) {
-      fail("empty value");
-   }
+   // An empty literal is handed on: a value whose text may be empty (an unset
+   // interface id) reads it, every other type's parser refuses it.
    return text_.substr(begin, pos_ - begin);
 }
 

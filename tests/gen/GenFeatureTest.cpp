@@ -13,8 +13,10 @@
 #include <type_traits>
 #include <vector>
 
+#include "support/ModelTables.h"
 #include "tests/gen/GenModel.h"
 #include "zon/Assert.h"
+#include "zon/Reflect.h"
 
 namespace GenTest {
 
@@ -35,29 +37,9 @@ using namespace GenTest;
 using Strings = std::vector<std::string>;
 using Vorin::IpAddr;
 
-// Hears the Holder's attributes and records "attr" or "attr:key".
-struct HolderRecorder : Holder::Notifiee {
-   Strings seen;
-   void add(std::string s) { seen.push_back(std::move(s)); }
-   void onConn(std::uint32_t k) override { add("conn:" + std::to_string(k)); }
-   void onFecSession(std::uint32_t k) override { add("fecSession:" + std::to_string(k)); }
-   void onTable(Zon::Name const & k) override { add("table:" + k); }
-   void onPeer(PeerId const & k) override { add("peer:" + std::to_string(k.lsr())); }
-   void onSession(std::uint32_t k) override { add("session:" + std::to_string(k)); }
-   void onTableRef(Zon::Name const & k) override { add("tableRef:" + k); }
-   void onBinding() override { add("binding"); }
-   void onLabels() override { add("labels"); }
-   void onAdvertised() override { add("advertised"); }
-   void onLeaf() override { add("leaf"); }
-   void onPipe(std::uint32_t k) override { add("pipe:" + std::to_string(k)); }
-   void onLastMsg() override { add("lastMsg"); }
-   Strings take() { return std::exchange(seen, {}); }
-};
-
 struct HolderFixture : ::testing::Test {
    Zon::Ptr<Holder> h = holderFactory("h");
-   HolderRecorder r;
-   HolderFixture() { r.notifierIs(h.ptr()); }
+   Zon::AttrRecorder r{h.ptr()};
 };
 
 std::string nameInUseText(Zon::Ptr<Holder> const & h, std::function<void(Holder &)> const & f) {
@@ -87,7 +69,7 @@ TEST_F(GenParams, ElementMadeFromFourParametersAndItsBase) {
    EXPECT_EQ(c->parent(), h.ptr());
    EXPECT_EQ(h->connIs(server, 646, client, 7), c);
    EXPECT_EQ(h->newConn(server, 646, client, 7), c); // new… is create-or-get here
-   EXPECT_EQ(r.take(), (Strings{"conn:7"}));
+   EXPECT_EQ(r.take(), (Strings{"conn[7]"}));
 }
 
 TEST_F(GenParams, FirstDifferingParameterInDeclarationOrderIsNamed) {
@@ -161,7 +143,7 @@ TEST_F(GenNew, ReplacingCollectionMakesAFreshElement) {
    EXPECT_EQ(a->parent(), nullptr);
    EXPECT_EQ(b->parent(), h.ptr());
    EXPECT_EQ(h->fecSessions(), 1u);
-   EXPECT_EQ(r.take(), (Strings{"fecSession:5", "fecSession:5"}));
+   EXPECT_EQ(r.take(), (Strings{"fecSession[5]", "fecSession[5]"}));
 }
 
 TEST_F(GenNew, ReplacedElementMayHoldTheCallersKey) {
@@ -169,7 +151,7 @@ TEST_F(GenNew, ReplacedElementMayHoldTheCallersKey) {
    // The key passed in lives in the element that the insert drops.
    Zon::Ptr<Table> fresh = h->newTable(h->table("t")->name(), 2);
    EXPECT_EQ(fresh->owner(), 2u);
-   EXPECT_EQ(r.take(), (Strings{"table:t", "table:t"}));
+   EXPECT_EQ(r.take(), (Strings{"table[t]", "table[t]"}));
 }
 
 // The three rules for a named child whose other parameters differ under the
@@ -232,7 +214,7 @@ TEST_F(GenRef, ReferencesNeverTouchTheParent) {
    h->sessionIs(s); // the same entity again: nothing to tell
    EXPECT_EQ(h->session(1), s);
    EXPECT_EQ(s->parent(), owner.ptr());
-   EXPECT_EQ(r.take(), (Strings{"session:1"}));
+   EXPECT_EQ(r.take(), (Strings{"session[1]"}));
    // Another entity with the same key replaces the reference.
    auto other = Zon::makePtr<FecSession>(1, Member::fromStatic);
    h->sessionIs(other);
@@ -241,7 +223,7 @@ TEST_F(GenRef, ReferencesNeverTouchTheParent) {
    h->sessionDel(1);
    h->sessionDel(1);
    EXPECT_EQ(s->parent(), owner.ptr());
-   EXPECT_EQ(r.take(), (Strings{"session:1", "session:1"}));
+   EXPECT_EQ(r.take(), (Strings{"session[1]", "session[1]"}));
 }
 
 TEST_F(GenRef, ReferenceKeepsItsEntityAlive) {
@@ -254,7 +236,7 @@ TEST_F(GenRef, ReferenceKeepsItsEntityAlive) {
    EXPECT_EQ(h->sessions(), 1u);
    h->sessionDelAll();
    EXPECT_EQ(h->sessions(), 0u);
-   EXPECT_EQ(r.take(), (Strings{"session:2", "session:2"}));
+   EXPECT_EQ(r.take(), (Strings{"session[2]", "session[2]"}));
 }
 
 TEST_F(GenRef, NullArgumentIsRefusedWithTheSchemasText) {
@@ -284,7 +266,7 @@ TEST_F(GenRef, CreateOrGetReferenceKeepsTheFirst) {
    h->tableRefIs(t2);
    EXPECT_EQ(h->tableRef("t"), t2);
    EXPECT_EQ(t1->parent(), h.ptr()); // still the table collection's
-   EXPECT_EQ(r.take(), (Strings{"table:t", "tableRef:t", "tableRef:t"}));
+   EXPECT_EQ(r.take(), (Strings{"table[t]", "tableRef[t]", "tableRef[t]"}));
 }
 
 using GenCounted = HolderFixture;
@@ -304,7 +286,7 @@ TEST_F(GenCounted, NamelessEntitiesTravelByCountedPointer) {
    EXPECT_EQ(h->pipe(1), m2);
    EXPECT_EQ(h->pipe(3), nullptr);
    EXPECT_EQ(m1->parent(), nullptr);
-   EXPECT_EQ(r.take(), (Strings{"pipe:1", "pipe:2", "pipe:1", "lastMsg"}));
+   EXPECT_EQ(r.take(), (Strings{"pipe[1]", "pipe[2]", "pipe[1]", "lastMsg"}));
    EXPECT_EQ(m1->references(), 2u); // here and under key 2
    EXPECT_EQ(m2->references(), 3u); // here, under key 1 and as lastMsg
    h = nullptr; // the holder goes; the messages live while someone holds them
@@ -435,6 +417,35 @@ TEST(GenImports, SharedTypesAreDeclaredOnce) {
    Zon::Ptr<Peer> p = h->peerIs(PeerId(1, 2));
    EXPECT_EQ(p->name(), PeerId(1, 2).stringValue());
    EXPECT_EQ(h->peerIs(PeerId(1, 2)), p);
+}
+
+// The new kinds in the reflection tables: a fresh instance of each entity.
+TEST(GenFeatureReflect, FreshInstancesAsTables) {
+   using LdpTest::expectAttrs;
+   auto h = holderFactory("h");
+   expectAttrs(*h, {{"conn", "{}"}, {"fecSession", "{}"}, {"table", "{}"}, {"peer", "{}"}, {"session", "{}"},
+                    {"tableRef", "{}"}, {"binding", "None"}, {"labels", "None"}, {"advertised", "None"},
+                    {"leaf", "None"}, {"pipe", "{}"}, {"lastMsg", "None"}, {"noticeKind", "request"}});
+   auto s = h->fecSessionIs(5, Member::fromSession);
+   h->sessionIs(s);
+   expectAttrs(*h, {{"fecSession", "{5}"}, {"session", "{5: '5'}"}}, LdpTest::Coverage::some);
+   expectAttrs(*s, {{"id", "5"}, {"initMember", "fromSession"}, {"member", "{fromSession: True}"},
+                    {"labels", "'labelSet'"}});
+   expectAttrs(*Zon::makePtr<Msg>(1, 2), {{"sender", "1"}, {"offset", "2"}, {"priority", "0"}});
+   expectAttrs(*Zon::makePtr<Notice>("n"), {{"kind", "unknown"}, {"perKind", "{}"}, {"defaultKind", "mapping"}});
+   auto c = Zon::makePtr<Counts>("c");
+   c->oneEnq(4);
+   expectAttrs(*c, {{"c8", "0"}, {"c16", "0"}, {"c32", "0"}, {"c64", "0"}, {"perMember", "{}"}, {"maxSize", "3"},
+                    {"limit", "2"}, {"title", "'counts'"}, {"log", "{}"}, {"pair", "{}"}, {"one", "{0: 4}"},
+                    {"all", "{}"}});
+   std::vector<std::string> kinds;
+   for (Zon::AttrText const & a : Zon::attrTexts(*h)) {
+      kinds.push_back(std::string(a.info.name) + " " + std::string(a.info.kind));
+   }
+   EXPECT_EQ(kinds[4], "session ref");
+   Zon::AttrRecorder rec(h.ptr());
+   h->sessionDel(5);
+   EXPECT_EQ(rec.take(), (Strings{"session[5]"}));
 }
 
 } // namespace

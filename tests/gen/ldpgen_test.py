@@ -87,6 +87,15 @@ BAD = [
      "child k needs an entity made from a name first; Keyed is keyed by id"),
     ("base with parameters", "namespace T\nimport lib.zon\nentity E : Keyed\n", 3,
      "base Keyed must be made by name alone; it has parameters"),
+    ("base-held key", "namespace T\nentity E : Named\n   param k u8 key base\n", 3,
+     "param k is the key and so cannot be held by the base"),
+    ("base-held parameter without a base", "namespace T\nentity E\n   param p u8 base\n", 3,
+     "param p is held by the base, but entity E has none"),
+    ("base-held parameter passed nowhere", "namespace T\nimport lib.zon\nentity E : Named(name)\n   param p u8 base\n",
+     4, "param p is held by the base, but neither the base's arguments nor a hand-written constructor "
+        "(method constructor) pass it on"),
+    ("hand-written factory without a factory", "namespace T\nentity E\n   method factory\n", 3,
+     "method factory needs 'factory <function>' on the line of entity E"),
     ("two keys", "namespace T\nentity E\n   param a u8 key\n   param b u8 key\n", 4,
      "second key parameter 'b' (the key is 'a')"),
     ("parameter called name", "namespace T\nentity E\n   param name u32 key\n", 3,
@@ -109,6 +118,9 @@ BAD = [
      "[unnamed]"),
     ("base arguments unclosed", "namespace T\nentity E : Base(name\n", 2, "unclosed '(' after base Base"),
     ("import missing", "namespace T\nimport gone.zon\n", 2, "cannot read import 'gone.zon': No such file or directory"),
+    ("inline without header", "namespace T\ninline\n", 2, "usage: inline <header>"),
+    ("inline of a schema", "namespace T\ninline lib.zon\n", 2,
+     "inline takes a hand-written header, not the schema 'lib.zon'"),
     # Options with values; the new… property of collections and children.
     ("unknown option value", "namespace T\nimport lib.zon\nentity E\n   coll c u32 Keyed new:fresh\n", 4,
      "option new of coll is one of get, replace, not 'fresh'"),
@@ -148,6 +160,9 @@ BAD = [
      "entity E is unnamed and has no key; 'a' cannot be one"),
     ("hook without a name", "namespace T\nentity E\n   init\n", 3, "usage: init <method name>"),
     ("hook with two names", "namespace T\nentity E\n   init f g\n", 3, "usage: init <method name>"),
+    ("hook with a hand-written constructor", "namespace T\nentity E\n   method constructor\n   init f\n", 4,
+     "init f runs from the generated constructor, but the constructor of E is written by hand "
+     "(method constructor): call it there"),
     ("hook named like an attribute", "namespace T\nentity E\n   scalar x u8\n   init x\n", 4,
      "duplicate attribute 'x' (first at line 3)"),
     # Enumerations inside entities.

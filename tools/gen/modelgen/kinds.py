@@ -59,6 +59,24 @@ def body(signature, lines, indent=I):
 
 class Kind:
     has_id = True
+    # Reflection: the kind's name in attribute tables (None: not an attribute).
+    reflect_kind = None
+
+    def reflects(self, m):
+        """Whether the member is listed among the entity's attributes."""
+        return self.reflect_kind is not None
+
+    def reflect_type(self, m):
+        """The attribute's type as the schema writes it."""
+        return " ".join(m.types)
+
+    def reflect_value(self, m, c):
+        """The expression whose text is the attribute's value."""
+        return n.member(m.name)
+
+    def key_type(self, m):
+        """The type of the key that notifications of the attribute carry, if any."""
+        return None
 
     def public(self, m, c):
         return []
@@ -93,15 +111,22 @@ class Param(Kind):
     """A constructor parameter: read-only after construction."""
 
     has_id = False
+    reflect_kind = "param"
+
+    def reflects(self, m):
+        return not m.has("base")  # the base class lists what it holds
+
+    def reflect_value(self, m, c):
+        return "name()" if m.name == "name" else n.member(m.name)
 
     def public(self, m, c):
-        if m.name == "name":  # the entity's own name, held by Zon::Entity
+        if m.name == "name" or m.has("base"):  # held by Zon::Entity, by the base class
             return []
         t = m.types[0]
         return short(f"{c.r(t)} {n.getter(m.name)}() const noexcept", f"return {n.member(m.name)};")
 
     def member(self, m, c):
-        if m.name == "name":
+        if m.name == "name" or m.has("base"):
             return []
         return [f"{I}{m.types[0]} const {n.member(m.name)};"]
 
@@ -110,6 +135,7 @@ class Param(Kind):
 
 
 class Scalar(Kind):
+    reflect_kind = "scalar"
     def public(self, m, c):
         t, x = m.types[0], n.member(m.name)
         return short(f"{c.r(t)} {n.getter(m.name)}() const noexcept", f"return {x};") + body(
@@ -122,6 +148,7 @@ class Scalar(Kind):
 
 
 class Counter(Scalar):
+    reflect_kind = "counter"
     def public(self, m, c):
         out = super().public(m, c)
         ops = [(n.inc(m.name), "wrapAdd")] + ([(n.dec(m.name), "wrapSub")] if m.has("dec") else [])
@@ -141,6 +168,9 @@ class CollectionKind(Kind):
 
     def key(self, m):
         return m.types[0]
+
+    def key_type(self, m):
+        return self.key(m)
 
     def common(self, m, c):
         return [*short(f"{self.holder(m, c)} const & {n.getter(m.name)}() const noexcept", f"return {n.member(m.name)};"),
@@ -172,6 +202,7 @@ class CollectionKind(Kind):
 
 
 class Map(CollectionKind):
+    reflect_kind = "map"
     def holder(self, m, c):
         return f"Zon::ValueMap<{m.types[0]}, {m.types[1]}, {order(m)}>"
 
@@ -185,6 +216,7 @@ class Map(CollectionKind):
 
 
 class Set(CollectionKind):
+    reflect_kind = "set"
     def holder(self, m, c):
         return f"Zon::ValueSet<{m.types[0]}, {order(m)}>"
 
@@ -199,6 +231,8 @@ class Set(CollectionKind):
 
 class Counters(Map):
     """Keyed counters: a missing key is created at 0 before it is stepped."""
+
+    reflect_kind = "counters"
 
     def public(self, m, c):
         k, v, x = m.types[0], m.types[1], n.member(m.name)
@@ -216,6 +250,8 @@ class Counters(Map):
 
 class Coll(CollectionKind):
     """An instantiating collection of entities."""
+
+    reflect_kind = "coll"
 
     def element(self, m, c):
         return c.info.entity(m.types[1])
@@ -293,6 +329,8 @@ class Ref(CollectionKind):
     """A collection of counted read-only references to entities owned elsewhere,
     keyed by each entity's own key. It never sets or clears their parent."""
 
+    reflect_kind = "ref"
+
     def element(self, m, c):
         return c.info.entity(m.types[1])
 
@@ -334,6 +372,8 @@ class Child(Kind):
 
     def args(self, m, c):
         return ", ".join(name for _, name in self.params(m, c))
+
+    reflect_kind = "child"
 
     def public(self, m, c):
         e, x, sig = m.types[0], n.member(m.name), self.signature(m, c)
@@ -390,6 +430,11 @@ class Child(Kind):
 class Queue(Kind):
     """A FIFO link queue keyed by increasing 32-bit numbers."""
 
+    reflect_kind = "queue"
+
+    def key_type(self, m):
+        return "std::uint32_t"
+
     def public(self, m, c):
         v, x = m.types[0], n.member(m.name)
         return [*short(f"Zon::LinkQueue<{v}> const & {n.getter(m.name)}() const noexcept", f"return {x};"),
@@ -445,6 +490,10 @@ class Const(Kind):
     """A constant of the class: readable by name, never stored."""
 
     has_id = False
+    reflect_kind = "const"
+
+    def reflect_value(self, m, c):
+        return f"{c.cls}::{m.name}()" if m.has("getter") else f"{c.cls}::{m.name}"
 
     def public(self, m, c):
         t = m.types[0]
@@ -480,6 +529,8 @@ class Method(Kind):
     has_id = False
 
     def public(self, m, c):
+        if m.text == m.name:  # the constructor or the factory: declared where they belong
+            return []
         return [f"{I}{m.text};"]
 
     def handler(self, m, c):

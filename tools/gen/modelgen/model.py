@@ -124,6 +124,10 @@ class Entity:
         """True when its constructor takes a Zon::Name first (what named children need)."""
         return not self.unnamed and (self.key() is None or self.names_itself())
 
+    def hand_written(self):
+        """The generated parts that the .cpp defines instead: constructor, factory."""
+        return {m.name for m in self.members if m.kind == "method" and m.text == m.name}
+
     def ctor_params(self):
         """Constructor parameters in order: a name first unless the entity is keyed
         or unnamed."""
@@ -138,6 +142,7 @@ class Schema:
     namespace: str = ""
     doc: List[str] = field(default_factory=list)  # the comment that opens the file
     includes: List[str] = field(default_factory=list)
+    inlines: List[str] = field(default_factory=list)  # included after the classes
     imports: List["Schema"] = field(default_factory=list)
     enums: List[Enum] = field(default_factory=list)
     values: List[Value] = field(default_factory=list)

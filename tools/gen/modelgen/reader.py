@@ -17,7 +17,7 @@ from .types import resolve, TypeInfo, UNSIGNED
 # An option "word:a|b" takes one of the values a, b ("new:replace"); "word:<what>"
 # takes any value ("capacity:10").
 ENTITY_KINDS = {
-    "param": (["type"], ["key"], "no"),
+    "param": (["type"], ["key", "base"], "no"),
     "scalar": (["type"], [], "yes"),
     "counter": (["type"], ["dec"], "yes"),
     "map": (["key type", "value type"], ["ordered"], "no"),
@@ -38,6 +38,9 @@ VALUE_KINDS = {
 VALUE_OPTIONS = ["parse", "ordered", "hash"]
 TYPE = re.compile(r"^(::)?[A-Za-z_][A-Za-z0-9_:<>, *&]*$")
 NUMBER = re.compile(r"^-?(0x[0-9A-Fa-f]+|[0-9]+)$")
+# `method constructor` and `method factory` (entities only): the generator
+# declares them and the .cpp beside the schema defines them.
+HAND_WRITTEN = ("constructor", "factory")
 WIDTH = {"std::uint8_t": 8, "std::uint16_t": 16, "std::uint32_t": 32, "std::uint64_t": 64}
 
 
@@ -223,6 +226,13 @@ class Reader:
             self.arity(where, args, 1, "include <header>")
             schema.includes.append(args[0].strip('"'))
             return None
+        if keyword == "inline":
+            self.arity(where, args, 1, "inline <header>")
+            header = args[0].strip('"')
+            if header.endswith(".zon"):
+                raise where.error(f"inline takes a hand-written header, not the schema '{header}'")
+            schema.inlines.append(header)
+            return None
         if keyword == "import":
             self.arity(where, args, 1, "import <schema path>")
             schema.imports.append(self.read(args[0].strip('"'), where))
@@ -302,6 +312,9 @@ class Reader:
         keyword = line.split(None, 1)[0]
         if keyword == "method":
             decl = line[len("method"):].strip().rstrip(";")
+            if decl in HAND_WRITTEN:  # a generated part that the .cpp writes instead
+                block.members.append(Member(where, "method", decl, text=decl))
+                return block.members[-1]
             match = re.search(r"([A-Za-z_][A-Za-z0-9_]*)\s*\(", decl)
             if not match:
                 raise where.error("usage: method <C++ declaration>, such as: method void f(int n) const")
@@ -457,6 +470,7 @@ def check_entity(entity, info):
             if m.name == "name" and not (m.has("key") and m.types[0] == "Zon::Name"):
                 raise m.where.error("a parameter called name must be the key and of type Zon::Name")
     check_names(entity, reserved_ok=("name",) if entity.names_itself() else ())
+    check_hand_written(entity)
     # A bare name of an enumeration declared inside this entity means that one.
     nested = {e.name: f"{entity.name}::{e.name}" for e in entity.enums}
     for m in entity.members:
@@ -478,7 +492,7 @@ def check_entity(entity, info):
             check_capacity(m, entity)
     if entity.base:
         base = info.entity(entity.base)
-        if base is not None and base.params():
+        if base is not None and base.params() and entity.base_args is None:
             raise entity.where.error(f"base {entity.base} must be made by name alone; it has parameters")
 
 
@@ -524,6 +538,30 @@ def check_capacity(m, entity):
     if const is None or const.types[0] not in UNSIGNED:
         raise m.where.error(f"queue {m.name}: capacity '{cap}' is neither a number nor an unsigned "
                             f"constant of {entity.name}")
+
+
+def check_hand_written(entity):
+    """Parameters that the base holds, and the parts written by hand."""
+    hand = entity.hand_written()
+    if "factory" in hand and not entity.factory:
+        line = next(m.where for m in entity.members if m.kind == "method" and m.name == "factory")
+        raise line.error(f"method factory needs 'factory <function>' on the line of entity {entity.name}")
+    if "constructor" in hand:
+        for m in entity.members:
+            if m.kind == "init":
+                raise m.where.error(f"init {m.name} runs from the generated constructor, but the constructor "
+                                    f"of {entity.name} is written by hand (method constructor): call it there")
+    base_args = set(re.findall(r"[A-Za-z_][A-Za-z0-9_]*", entity.base_args or ""))
+    for m in entity.params():
+        if not m.has("base"):
+            continue
+        if m.has("key"):
+            raise m.where.error(f"param {m.name} is the key and so cannot be held by the base")
+        if not entity.base:
+            raise m.where.error(f"param {m.name} is held by the base, but entity {entity.name} has none")
+        if m.name not in base_args and "constructor" not in hand:
+            raise m.where.error(f"param {m.name} is held by the base, but neither the base's arguments "
+                                f"nor a hand-written constructor (method constructor) pass it on")
 
 
 def qualify_default(m, info):

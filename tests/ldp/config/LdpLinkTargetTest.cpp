@@ -1,0 +1,195 @@
+// Link, target and adjacency configuration: the sequence-number counters of the
+// two common records, the base classes shared by the per-link (per-target) and
+// common records, and the collections that hold them.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ldp/config/LdpLink.h"
+#include "ldp/config/LdpTarget.h"
+
+namespace {
+
+using namespace Ldp;
+using Strings = std::vector<std::string>;
+
+// The configuration sequence number of either common record, seen through the
+// operations the two records share.
+struct SeqNumRecord {
+   char const * what;
+   std::function<std::uint32_t(std::uint32_t)> inc;
+   std::function<void(std::uint32_t)> set;
+   std::function<std::uint32_t()> get;
+   int * heard;
+};
+
+TEST(LdpCommonConfig, ConfigSeqNumIncWrapsAndNotifiesOnlyOnChange) {
+   auto link = Zon::makePtr<LdpLinkCommonConfig>("linkCommon");
+   auto target = Zon::makePtr<LdpTargetCommonConfig>("targetCommon");
+   struct LinkCount : LdpLinkCommonConfig::Notifiee {
+      int n = 0;
+      void onConfigSeqNum() override { ++n; }
+   } linkCount;
+   struct TargetCount : LdpTargetCommonConfig::Notifiee {
+      int n = 0;
+      void onConfigSeqNum() override { ++n; }
+   } targetCount;
+   linkCount.notifierIs(link.ptr());
+   targetCount.notifierIs(target.ptr());
+   SeqNumRecord const records[] = {
+      {"link", [&](std::uint32_t n) { return link->configSeqNumInc(n); },
+       [&](std::uint32_t v) { link->configSeqNumIs(v); }, [&] { return link->configSeqNum(); }, &linkCount.n},
+      {"target", [&](std::uint32_t n) { return target->configSeqNumInc(n); },
+       [&](std::uint32_t v) { target->configSeqNumIs(v); }, [&] { return target->configSeqNum(); },
+       &targetCount.n},
+   };
+   struct Step {
+      std::uint32_t start, add, result;
+      int notifications;
+   };
+   Step const steps[] = {
+      {0, 0, 0, 0},
+      {0, 1, 1, 1},
+      {4294967295u, 0, 4294967295u, 0},
+      {4294967295u, 1, 0, 1},
+      {4294967290u, 10, 4, 1},
+      {7, 4294967295u, 6, 1},
+   };
+   for (auto const & r : records) {
+      for (auto const & s : steps) {
+         SCOPED_TRACE(std::string(r.what) + " " + std::to_string(s.start) + " + " + std::to_string(s.add));
+         r.set(s.start);
+         *r.heard = 0;
+         EXPECT_EQ(r.inc(s.add), s.result);
+         EXPECT_EQ(r.get(), s.result);
+         EXPECT_EQ(*r.heard, s.notifications);
+      }
+   }
+}
+
+TEST(LdpLinkBaseConfig, DerivedRecordsShareTheBaseAttributes) {
+   static_assert(LdpLinkConfig::Attr::interval == LdpLinkBaseConfig::Attr::interval);
+   static_assert(LdpLinkConfig::Attr::ipAddr == LdpLinkBaseConfig::Attr::attrCount);
+   static_assert(LdpTargetCommonConfig::Attr::ttl == LdpTargetBaseConfig::Attr::attrCount);
+   auto coll = Zon::makePtr<LdpLinkConfigColl>("links");
+   auto link = coll->adjLinkConfigIs("eth1");
+   // A watcher of the base hears a per-link record's timers.
+   struct BaseRecorder : LdpLinkBaseConfig::Notifiee {
+      Strings seen;
+      void onInterval() override { seen.push_back("interval"); }
+      void onHoldTime() override { seen.push_back("holdTime"); }
+      void onRetryInterval() override { seen.push_back("retryInterval"); }
+   } r;
+   r.notifierIs(link.ptr());
+   link->intervalIs(5); // the default: nobody hears
+   link->intervalIs(7);
+   link->holdTimeIs(21);
+   link->retryIntervalIs(1);
+   link->configStateIs(ConfigState::configDisabling); // not a base attribute: not dispatched to a base handler
+   EXPECT_EQ(r.seen, (Strings{"interval", "holdTime"}));
+   // The common record keeps its own timers.
+   auto common = coll->ldpLinkCommonConfigIs("common");
+   EXPECT_EQ(common->interval(), 5);
+   Zon::Ptr<LdpLinkBaseConfig> base = link;
+   EXPECT_EQ(base->interval(), 7);
+}
+
+TEST(LdpLinkConfigColl, RecordsPerInterfaceAndOneCommonRecord) {
+   auto coll = Zon::makePtr<LdpLinkConfigColl>("links");
+   struct Recorder : LdpLinkConfigColl::Notifiee {
+      Strings seen;
+      void onLdpLinkCommonConfig() override { seen.push_back("ldpLinkCommonConfig"); }
+      void onAdjLinkConfig(Vorin::IntfId const & k) override { seen.push_back("adjLinkConfig[" + k.stringValue() + "]"); }
+   } r;
+   r.notifierIs(coll.ptr());
+   auto eth1 = coll->newAdjLinkConfig("eth1");
+   EXPECT_EQ(eth1->name(), "eth1");
+   EXPECT_EQ(eth1->intfId(), Vorin::IntfId("eth1"));
+   EXPECT_EQ(eth1->parent(), coll.ptr());
+   eth1->ipAddrIs(Vorin::IpAddr(10, 0, 0, 1));
+   EXPECT_EQ(coll->adjLinkConfigIs("eth1"), eth1); // create-or-get keeps the record
+   EXPECT_EQ(eth1->ipAddr(), Vorin::IpAddr(10, 0, 0, 1));
+   coll->adjLinkConfigIs("eth2");
+   auto common = coll->ldpLinkCommonConfigIs("common");
+   EXPECT_EQ(coll->ldpLinkCommonConfigIs("common"), common);
+   coll->adjLinkConfigDel("eth1");
+   EXPECT_EQ(eth1->parent(), nullptr);
+   coll->ldpLinkCommonConfigDel();
+   EXPECT_EQ(coll->adjLinkConfigs(), 1u);
+   EXPECT_EQ(r.seen, (Strings{"adjLinkConfig[eth1]", "adjLinkConfig[eth2]", "ldpLinkCommonConfig",
+                              "adjLinkConfig[eth1]", "ldpLinkCommonConfig"}));
+}
+
+TEST(LdpTargetConfigColl, TargetsByAddressWithTheirMemberships) {
+   auto coll = Zon::makePtr<LdpTargetConfigColl>("targets");
+   Vorin::IpAddr const peer(192, 0, 2, 7);
+   auto t = coll->adjTargetConfigIs(peer);
+   EXPECT_EQ(t->name(), "192.0.2.7");
+   EXPECT_EQ(t->ipAddr(), peer);
+   EXPECT_EQ(coll->newAdjTargetConfig(peer), t);
+   struct Recorder : LdpTargetConfig::Notifiee {
+      Strings seen;
+      void onTargetMembership(LdpTargetMembership k) override {
+         seen.push_back("targetMembership[" + stringValue(k) + "]");
+      }
+      void onConfigState() override { seen.push_back("configState"); }
+   } r;
+   r.notifierIs(t.ptr());
+   t->newTargetMembership(LdpTargetMembership::targetMemberStatic, true);
+   t->targetMembershipIs(LdpTargetMembership::targetMemberPw, true);
+   t->targetMembershipIs(LdpTargetMembership::targetMemberPw, true);
+   t->configStateIs(ConfigState::configEnabled);
+   EXPECT_EQ(t->targetMemberships(), 2u);
+   t->targetMembershipDel(LdpTargetMembership::targetMemberStatic);
+   EXPECT_FALSE(t->targetMembership(LdpTargetMembership::targetMemberStatic));
+   EXPECT_TRUE(t->targetMembership(LdpTargetMembership::targetMemberPw));
+   EXPECT_EQ(r.seen, (Strings{"targetMembership[targetMemberStatic]", "targetMembership[targetMemberPw]",
+                              "configState", "targetMembership[targetMemberStatic]"}));
+   EXPECT_EQ(static_cast<std::uint32_t>(LdpTargetMembership::targetMemberPw), 1u);
+   EXPECT_EQ(static_cast<std::uint32_t>(ConfigState::configDisabled), 3u);
+}
+
+TEST(LdpAdjConfig, AdjacenciesByIdentifierAndPerLink) {
+   LdpIdentifier const peer(Vorin::IpAddr(3, 3, 3, 3), 0);
+   LdpAdjId const viaLink(peer, "eth1", Vorin::IpAddr(), LdpAdjKind::LdpLinkAdj);
+   LdpAdjId const targeted(peer, "", Vorin::IpAddr(192, 0, 2, 3), LdpAdjKind::LdpTargetAdj);
+   auto coll = Zon::makePtr<LdpAdjConfigColl>("adjs");
+   auto a = coll->adjConfigIs(viaLink);
+   EXPECT_EQ(a->adjId(), viaLink);
+   EXPECT_EQ(a->holdTime(), 15);
+   EXPECT_EQ(coll->adjConfigIs(viaLink), a);
+   coll->newAdjConfig(targeted)->holdTimeIs(45);
+   EXPECT_EQ(coll->adjConfig(targeted)->holdTime(), 45);
+   EXPECT_EQ(coll->adjConfigs(), 2u);
+
+   auto perLink = Zon::makePtr<LdpAdjPerLink>("eth1");
+   EXPECT_EQ(perLink->intfId(), Vorin::IntfId("eth1"));
+   struct Recorder : LdpAdjPerLink::Notifiee {
+      Strings seen;
+      void onLdpAdj(LdpAdjId const & k) override { seen.push_back("ldpAdj[" + stringValue(k.kind()) + "]"); }
+   } r;
+   r.notifierIs(perLink.ptr());
+   perLink->newLdpAdj(viaLink, true);
+   perLink->ldpAdjIs(viaLink, true); // unchanged: nobody hears
+   perLink->ldpAdjDel(targeted); // not held: nobody hears
+   perLink->ldpAdjDelAll();
+   EXPECT_EQ(r.seen, (Strings{"ldpAdj[LdpLinkAdj]", "ldpAdj[LdpLinkAdj]"}));
+   EXPECT_EQ(perLink->ldpAdjs(), 0u);
+}
+
+TEST(LocalIntfIpColl, AddressesWithTheirPrefixLengths) {
+   auto coll = Zon::makePtr<LocalIntfIpColl>("local");
+   auto const a = Vorin::IpAddrWithMask::fromString("10.1.2.3/24");
+   auto const b = Vorin::IpAddrWithMask::fromString("10.1.2.3/16");
+   coll->intfIpWithMaskIs(a);
+   coll->newIntfIpWithMask(b);
+   EXPECT_TRUE(coll->intfIpWithMask(a));
+   EXPECT_EQ(coll->intfIpWithMasks(), 2u); // the same address with another length is another entry
+   coll->intfIpWithMaskDel(a);
+   EXPECT_FALSE(coll->intfIpWithMask(a));
+   EXPECT_TRUE(coll->intfIpWithMask(b));
+}
+
+} // namespace
