@@ -72,19 +72,13 @@ class LinkQueue {
    std::uint64_t nextKey() const noexcept { return b_ ? b_->nextKey : 0; }
    std::uint64_t dequeues() const noexcept { return b_ ? b_->dequeues : 0; }
 
-   // Throws the key-space error when no key is left for another element, so that
-   // a caller can check before it changes anything else.
-   void requireKey() const {
-      if (b_ && b_->nextKey >= keySpace) {
-         throw RangeException("linkqueue index space full");
-      }
-   }
-
    // Appends `v` at the tail and returns its key.
    Key enqueue(V v) {
-      requireKey();
       if (!b_) {
          b_ = std::make_unique<Body>();
+      }
+      if (b_->nextKey >= keySpace) {
+         throw RangeException("linkqueue index space full");
       }
       Key const k = static_cast<Key>(b_->nextKey);
       b_->elements.emplace_hint(b_->elements.end(), k, std::move(v));

@@ -42,9 +42,7 @@ def enum_header(enum):
 
 def nested_enum_lists(entity):
     """Before the entity's class: the lists of the enumerations declared inside it."""
-    out = []
-    for e in entity.enums:
-        out += enum_list(e)
+    out = [line for e in entity.enums for line in enum_list(e)]
     return out + [""] if out else []
 
 
@@ -59,8 +57,12 @@ def nested_enums(entity):
 
 def nested_enum_declarations(entity):
     """After the entity's class: text form and stream output of its enumerations."""
-    return [f"ZON_ENUM_DECLARE_NESTED({entity.name}, {e.name});" for e in entity.enums] + (
-        [""] if entity.enums else [])
+    out = [f"ZON_ENUM_DECLARE_NESTED({entity.name}, {e.name});" for e in entity.enums]
+    return out + [""] if out else []
+
+
+def all_enums(schema):
+    return schema.enums + [e for entity in schema.entities for e in entity.enums]
 
 
 # Value types ----------------------------------------------------------------
@@ -216,10 +218,8 @@ def entity_source(entity, info):
     key = entity.key()
     if entity.unnamed:
         name_expr = "Zon::Name()"
-    elif key is None or entity.names_itself():
-        name_expr = "name"
     else:
-        name_expr = f"Zon::nameOf({key.name})"
+        name_expr = "name" if key is None or entity.names_itself() else f"Zon::nameOf({key.name})"
     if entity.base_args is not None:
         # In the base's arguments, `name` stands for the entity's name.
         args = re.sub(r"\bname\b", name_expr, entity.base_args)
@@ -230,13 +230,8 @@ def entity_source(entity, info):
                            if p.name != "name" and not p.has("base")]
     sig = ", ".join(f"{info.param(t)} {p}" for t, p in params)
     hand = entity.hand_written()
-    hooks = [line for m in entity.members for line in EMITTERS[m.kind].ctor(m, c)]
-    if "constructor" in hand:
-        out = []
-    elif hooks:
-        out = [f"{cls}::{cls}({sig})", f"{I}: {', '.join(inits)} {{"] + [I + h for h in hooks] + ["}", ""]
-    else:
-        out = [f"{cls}::{cls}({sig})", f"{I}: {', '.join(inits)} {{}}", ""]
+    ctor_body = "{ constructed(); }" if "constructed" in hand else "{}"
+    out = [] if "constructor" in hand else [f"{cls}::{cls}({sig})", f"{I}: {', '.join(inits)} {ctor_body}", ""]
     if entity.factory and "factory" not in hand:
         args = ", ".join(p for _, p in params)
         out += body(f"Zon::Ptr<{cls}> {entity.factory}({sig})", [f"return Zon::Ptr<{cls}>(new {cls}({args}));"], "")
@@ -283,10 +278,10 @@ def entity_reflection(entity, c):
     for m in reflected(entity):
         e = EMITTERS[m.kind]
         aid = f"{cls}::Attr::{m.name}" if e.has_id else "Zon::noAttrId"
-        rows.append((m.name, e.reflect_kind, e.reflect_type(m), aid, e.reflect_value(m, c)))
+        rows.append((m.name, e.reflect_kind, e.reflect_type(m), aid, e.reflect_text(m, c)))
     out = attr_table(cls, rows)
     visits = [f"{base}::attrsVisit(visitor);"]
-    visits += [f"visitor.attr({table_name(cls)}[{i}], Zon::attrText({r[4]}));" for i, r in enumerate(rows)]
+    visits += [f"visitor.attr({table_name(cls)}[{i}], {r[4]});" for i, r in enumerate(rows)]
     out += body(f"void {cls}::attrsVisit(Zon::AttrVisitor & visitor) const", visits, "") + [""]
     lookup = []
     if any(r[3] != "Zon::noAttrId" for r in rows):
@@ -316,6 +311,8 @@ def header(schema):
     runtime = ["zon/Collection.h", "zon/Entity.h", "zon/Enum.h", "zon/Ptr.h", "zon/Seconds.h", "zon/String.h"]
     if "queue" in kinds:
         runtime.append("zon/LinkQueue.h")
+        if any(m.kind == "queue" and "capacity" in m.numbers for e in schema.entities for m in e.members):
+            runtime.append("zon/BoundedQueue.h")
     includes = sorted(set(runtime + schema.includes + [s.header() for s in schema.imports]))
     out += [f'#include "{h}"' if not h.startswith("<") else f"#include {h}" for h in includes]
     out += ["", f"namespace {schema.namespace} {{", ""]
@@ -326,7 +323,7 @@ def header(schema):
     for e in schema.entities:
         out += entity_header(e, info)
     out += [f"}} // namespace {schema.namespace}", ""]
-    for e in schema.enums + [e for entity in schema.entities for e in entity.enums]:
+    for e in all_enums(schema):
         out.append(f"ZON_ENUM_TRAITS({schema.namespace}::{e.qualified()});")
     for v in schema.values:
         if value_option(v, "hash"):
@@ -343,7 +340,7 @@ def header(schema):
 def source(schema):
     info = TypeInfo(schema)
     out = [banner(schema), f'#include "{schema.header()}"', "", "#include <string>", "#include <utility>", "",
-           '#include "zon/Reflect.h"', '#include "zon/Value.h"']
+           '#include "zon/Exception.h"', '#include "zon/Reflect.h"', '#include "zon/Value.h"']
     if any(value_option(v, "parse") for v in schema.values):
         out.append('#include "zon/ValueParse.h"')
     out.append("")
@@ -352,7 +349,7 @@ def source(schema):
     for entity in schema.entities:
         for e in entity.enums:
             out.append(f"ZON_ENUM_DEFINE_NESTED({schema.namespace}, {entity.name}, {e.name}, {enum_macro(e)})")
-    if schema.enums or any(entity.enums for entity in schema.entities):
+    if all_enums(schema):
         out.append("")
     out += [f"namespace {schema.namespace} {{", ""]
     for v in schema.values:

@@ -74,6 +74,10 @@ class Kind:
         """The expression whose text is the attribute's value."""
         return n.member(m.name)
 
+    def reflect_text(self, m, c):
+        """The expression that gives the attribute's text."""
+        return f"Zon::attrText({self.reflect_value(m, c)})"
+
     def key_type(self, m):
         """The type of the key that notifications of the attribute carry, if any."""
         return None
@@ -88,10 +92,6 @@ class Kind:
         return []
 
     def source(self, m, c):
-        return []
-
-    def ctor(self, m, c):
-        """Statements of the constructor's body, run after every member is set."""
         return []
 
     def handler(self, m, c):
@@ -284,7 +284,17 @@ class Coll(CollectionKind):
         return f"{n.member(m.name)}.take(k)"
 
     def checks(self, m, c):
-        return reinstantiation_checks(self.element(m, c), "e")
+        """Refuses an existing element whose other constructor parameters differ."""
+        element = self.element(m, c)
+        out = []
+        for p in element.params():
+            if p.has("key"):
+                continue
+            out += [f"if (!(e->{p.name}() == {p.name})) {{",
+                    f'{I}Zon::nameInUse(e->name(), "{p.name}", Zon::plainText({p.name}), '
+                    f"Zon::plainText(e->{p.name}()));",
+                    "}"]
+        return out
 
     def source(self, m, c):
         e, x = m.types[1], n.member(m.name)
@@ -294,14 +304,16 @@ class Coll(CollectionKind):
         out = body(f"Zon::Ptr<{e}> {c.cls}::{n.setter(m.name)}({sig})",
                    [f"if (Zon::Ptr<{e}> e = {x}.find({key})) {{"] + [I + l for l in checks]
                    + [f"{I}return e;", "}", f"return {self.insert_name(m)}({args});"], "") + [""]
-        if m.option("new", "get") == "get":
-            # newX is create-or-get: an existing element (with the same constructor
-            # parameters) is returned as it is, never replaced by a fresh one.
-            made = f"return {n.setter(m.name)}({args});"
+        if m.has("replace"):
+            # newX makes a fresh element, whatever the collection held under its key:
+            # the old element is unlinked, and observers hear the key once.
+            out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
+                        [f"return {self.insert_name(m)}({args});"], "") + [""]
         else:
-            # newX makes a fresh element; one it replaces is unlinked.
-            made = f"return {self.insert_name(m)}({args});"
-        out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})", [made], "") + [""]
+            # newX is create-or-get too: an existing element (with the same constructor
+            # parameters) is returned as it is, never replaced by a fresh one.
+            out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
+                        [f"return {n.setter(m.name)}({args});"], "") + [""]
         # The caller's key may live in an element that the insert replaces: the
         # notification carries the new element's own.
         out += body(f"Zon::Ptr<{e}> {c.cls}::{self.insert_name(m)}({sig})",
@@ -310,134 +322,68 @@ class Coll(CollectionKind):
         return out + super().source(m, c)
 
 
-def reinstantiation_checks(element, var):
-    """Refuses an existing entity whose constructor parameters (other than its key
-    or name) differ from the new ones: the first that differs, in declaration order,
-    is named in the name-in-use error with both values as text."""
-    out = []
-    for p in element.params():
-        if p.has("key"):
-            continue
-        out += [f"if (!({var}->{p.name}() == {p.name})) {{",
-                f'{I}Zon::nameInUse({var}->name(), "{p.name}", Zon::plainText({p.name}), '
-                f"Zon::plainText({var}->{p.name}()));",
-                "}"]
-    return out
-
-
-class Ref(CollectionKind):
-    """A collection of counted read-only references to entities owned elsewhere,
-    keyed by each entity's own key. It never sets or clears their parent."""
-
-    reflect_kind = "ref"
-
-    def element(self, m, c):
-        return c.info.entity(m.types[1])
-
-    def holder(self, m, c):
-        return f"Zon::ValueMap<{m.types[0]}, Zon::Ptr<{m.types[1]} const>, {order(m)}>"
-
-    def public(self, m, c):
-        k, e, x = m.types[0], m.types[1], n.member(m.name)
-        return ([*short(f"Zon::Ptr<{e} const> {n.getter(m.name)}({c.p(k)} key) const", f"return {x}.value(key);"),
-                 f"{I}void {n.setter(m.name)}(Zon::Ptr<{e} const> const & e);",
-                 f"{I}void {n.creator(m.name)}(Zon::Ptr<{e} const> const & e);"]
-                + self.common(m, c))
-
-    def source(self, m, c):
-        e, x = m.types[1], n.member(m.name)
-        key = self.element(m, c).key().name
-        refuse = ["if (!e) {", f"{I}throw Zon::RangeException({m.default});", "}",
-                  f"auto const & key = e->{key}();"]
-        out = body(f"void {c.cls}::{n.setter(m.name)}(Zon::Ptr<{e} const> const & e)",
-                   refuse + notify_if(f"{x}.set(key, e)", c.attr(m), "key", ""), "") + [""]
-        if m.option("new", "replace") == "replace":
-            made = [f"{n.setter(m.name)}(e);"]
-        else:
-            made = refuse + notify_if(f"!{x}.contains(key) && {x}.set(key, e)", c.attr(m), "key", "")
-        out += body(f"void {c.cls}::{n.creator(m.name)}(Zon::Ptr<{e} const> const & e)", made, "") + [""]
-        return out + super().source(m, c)
-
-
 class Child(Kind):
-    """A named single child, created from a name (and the element's other
-    constructor parameters, if it has any)."""
-
-    def params(self, m, c):
-        element = c.info.entity(m.types[0])
-        return element.ctor_params() if element is not None else [("Zon::Name", "name")]
-
-    def signature(self, m, c):
-        return ", ".join(f"{c.p(t)} {name}" for t, name in self.params(m, c))
-
-    def args(self, m, c):
-        return ", ".join(name for _, name in self.params(m, c))
+    """A named single child, created by name (and the element's other constructor
+    parameters, if it has any)."""
 
     reflect_kind = "child"
 
+    def params(self, m, c):
+        """The element's constructor parameters after its name."""
+        element = c.info.entity(m.types[0])
+        return element.ctor_params()[1:] if element is not None else []
+
+    def signature(self, m, c):
+        return ", ".join(["Zon::Name const & name"] + [f"{c.p(t)} {p}" for t, p in self.params(m, c)])
+
     def public(self, m, c):
-        e, x, sig = m.types[0], n.member(m.name), self.signature(m, c)
+        e, x = m.types[0], n.member(m.name)
+        sig = self.signature(m, c)
         return [*short(f"Zon::Ptr<{e} const> {n.getter(m.name)}() const noexcept", f"return {x}.get();"),
                 *short(f"Zon::Ptr<{e}> {n.getter(m.name)}() noexcept", f"return {x}.get();"),
                 f"{I}Zon::Ptr<{e}> {n.setter(m.name)}({sig});",
                 f"{I}Zon::Ptr<{e}> {n.creator(m.name)}({sig});"] + body(
             f"void {n.deleter(m.name)}()", notify_if(f"{x}.reset()", c.attr(m), None, ""))
 
-    def fresh(self, m):
-        """True when newX always makes a fresh child (then newX is also the maker)."""
-        return m.option("new", "replace") == "replace"
-
-    def maker(self, m):
-        return n.creator(m.name) if self.fresh(m) else n.maker(m.name)
-
-    def private_decls(self, m, c):
-        if self.fresh(m):
-            return []
-        return [f"{I}Zon::Ptr<{m.types[0]}> {n.maker(m.name)}({self.signature(m, c)});"]
-
     def member(self, m, c):
         return [f"{I}Zon::Child<{m.types[0]}> {n.member(m.name)};"]
 
-    def kept(self, m, c):
-        """What xIs does with a child of the same name: keep it, unless its other
-        parameters differ (then refuse, replace or keep it, as the schema says)."""
-        element, x = c.info.entity(m.types[0]), n.member(m.name)
-        rule = m.option("params", "error")
-        keep = [f"return {x}.get();"]
-        if element is None or rule == "keep" or len(element.ctor_params()) == 1:
-            return keep
-        ptr = [f"{m.types[0]} const * e = {x}.ptr();"]
-        if rule == "error":
-            return ptr + reinstantiation_checks(element, "e") + keep
-        same = " && ".join(f"e->{p.name}() == {p.name}" for p in element.params() if p.name != "name")
-        return ptr + [f"if ({same}) {{", I + keep[0], "}"]
-
     def source(self, m, c):
         e, x = m.types[0], n.member(m.name)
-        sig, args = self.signature(m, c), self.args(m, c)
-        out = body(f"Zon::Ptr<{e}> {c.cls}::{n.setter(m.name)}({sig})",
-                   [f"if ({x} && {x}.ptr()->name() == name) {{"]
-                   + [I + l for l in self.kept(m, c)] + ["}", f"return {self.maker(m)}({args});"], "") + [""]
-        if not self.fresh(m):
-            out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
-                        [f"return {n.setter(m.name)}({args});"], "") + [""]
-        out += body(f"Zon::Ptr<{e}> {c.cls}::{self.maker(m)}({sig})",
-                    [f"Zon::Ptr<{e}> e = {c.make(e, args)};", f"{x}.set(e, this);",
-                     f"notify({c.attr(m)});", "return e;"], "") + [""]
-        return out
+        sig = self.signature(m, c)
+        params = [p for _, p in self.params(m, c)]
+        same = " && ".join([f"{x}.ptr()->name() == name"] + [f"{x}.ptr()->{p}() == {p}" for p in params])
+        args = ", ".join(["name"] + params)
+        # xIs keeps a child of that name (and those parameters); anything else is
+        # replaced by a fresh child.
+        return (body(f"Zon::Ptr<{e}> {c.cls}::{n.setter(m.name)}({sig})",
+                     [f"if ({x} && {same}) {{", f"{I}return {x}.get();", "}",
+                      f"return {n.creator(m.name)}({args});"], "") + [""]
+                + body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
+                       [f"Zon::Ptr<{e}> e = {c.make(e, args)};", f"{x}.set(e, this);",
+                        f"notify({c.attr(m)});", "return e;"], "") + [""])
 
 
 class Queue(Kind):
-    """A FIFO link queue keyed by increasing 32-bit numbers."""
+    """A FIFO queue keyed by increasing 32-bit numbers: a link queue, or with
+    `capacity n` a ring of at most n elements that evicts its oldest when full."""
 
     reflect_kind = "queue"
 
     def key_type(self, m):
         return "std::uint32_t"
 
+    def holder(self, m):
+        cls = "BoundedQueue" if "capacity" in m.numbers else "LinkQueue"
+        return f"Zon::{cls}<{m.types[0]}>"
+
+    def reflect_type(self, m):
+        cap = m.numbers.get("capacity")
+        return m.types[0] + (f" capacity {cap}" if cap else "")
+
     def public(self, m, c):
         v, x = m.types[0], n.member(m.name)
-        return [*short(f"Zon::LinkQueue<{v}> const & {n.getter(m.name)}() const noexcept", f"return {x};"),
+        return [*short(f"{self.holder(m)} const & {n.getter(m.name)}() const noexcept", f"return {x};"),
                 *short(f"{v} {n.getter(m.name)}(std::uint32_t key) const", f"return {x}.value(key);"),
                 *short(f"std::size_t {n.count(m.name)}() const noexcept", f"return {x}.size();"),
                 f"{I}std::uint32_t {n.enqueue(m.name)}({c.p(v)} v);",
@@ -446,26 +392,20 @@ class Queue(Kind):
                 f"{I}void {n.delete_all(m.name)}();"]
 
     def member(self, m, c):
-        return [f"{I}Zon::LinkQueue<{m.types[0]}> {n.member(m.name)};"]
-
-    def capacity(self, m, c):
-        cap = m.option("capacity")
-        if cap is None or cap.isdigit():
-            return cap
-        const = next(k for k in c.entity.members if k.kind == "const" and k.name == cap)
-        return f"{cap}()" if const.has("getter") else cap
+        cap = m.numbers.get("capacity")
+        return [f"{I}{self.holder(m)} {n.member(m.name)}{{{cap}}};" if cap else f"{I}{self.holder(m)} {n.member(m.name)};"]
 
     def source(self, m, c):
         v, x, a = m.types[0], n.member(m.name), c.attr(m)
-        cap = self.capacity(m, c)
-        # A full bounded queue drops its oldest element first; nothing changes when
-        # no key is left for the new one.
-        evict = [] if cap is None else [f"if ({x}.size() >= {cap}) {{", f"{I}{x}.requireKey();",
-                                         f"{I}auto const head = {x}.dequeue();",
-                                         f"{I}notify({a}, &head->first);", "}"]
+        enq = []
+        if "capacity" in m.numbers:
+            # A full queue drops its oldest element first, unless no key is left to
+            # give the new one (then nothing changes and the enqueue fails).
+            enq = [f"if ({x}.full() && {x}.nextKey() < {self.holder(m)}::keySpace) {{",
+                   f"{I}std::uint32_t const oldest = {x}.dequeue()->first;",
+                   f"{I}notify({a}, &oldest);", "}"]
         return (body(f"std::uint32_t {c.cls}::{n.enqueue(m.name)}({c.p(v)} v)",
-                     evict + [f"std::uint32_t const key = {x}.enqueue(v);", f"notify({a}, &key);",
-                              "return key;"], "")
+                     enq + [f"std::uint32_t const key = {x}.enqueue(v);", f"notify({a}, &key);", "return key;"], "")
                 + [""]
                 + body(f"{v} {c.cls}::{n.dequeue(m.name)}()",
                        [f"auto head = {x}.dequeue();", "if (!head) {", f"{I}return {v}{{}};", "}",
@@ -486,6 +426,41 @@ class Queue(Kind):
         return self.key_dispatch(m, "std::uint32_t")
 
 
+class Refs(CollectionKind):
+    """Counted, read-only references to entities owned elsewhere, keyed by each
+    entity's own key. Storing one never touches the entity's parent; a null
+    argument is refused with the text the schema gives."""
+
+    reflect_kind = "refs"
+
+    def reflect_text(self, m, c):
+        return f"Zon::keysText({n.member(m.name)})"
+
+    def element(self, m, c):
+        return c.info.entity(m.types[0])
+
+    def key(self, m):
+        return m.key_type
+
+    def holder(self, m, c):
+        return f"Zon::ValueMap<{m.key_type}, Zon::Ptr<{m.types[0]} const>, {order(m)}>"
+
+    def public(self, m, c):
+        e, k, x = m.types[0], m.key_type, n.member(m.name)
+        return ([*short(f"Zon::Ptr<{e} const> {n.getter(m.name)}({c.p(k)} key) const", f"return {x}.value(key);"),
+                 f"{I}void {n.setter(m.name)}(Zon::Ptr<{e} const> const & e);",
+                 *short(f"void {n.creator(m.name)}(Zon::Ptr<{e} const> const & e)", f"{n.setter(m.name)}(e);")]
+                + self.common(m, c))
+
+    def source(self, m, c):
+        e, x = m.types[0], n.member(m.name)
+        key = self.element(m, c).key().name
+        out = body(f"void {c.cls}::{n.setter(m.name)}(Zon::Ptr<{e} const> const & e)",
+                   ["if (!e) {", f"{I}throw Zon::RangeException({m.default});", "}",
+                    f"auto const & key = e->{key}();"] + notify_if(f"{x}.set(key, e)", c.attr(m), "key", ""), "")
+        return out + [""] + super().source(m, c)
+
+
 class Const(Kind):
     """A constant of the class: readable by name, never stored."""
 
@@ -500,24 +475,8 @@ class Const(Kind):
         if not m.has("getter"):
             return [f"{I}static constexpr {t} {m.name}{{{m.default}}};"]
         if c.info.by_value(t):
-            return short(f"static constexpr {t} {m.name}() noexcept", f"return {m.default};")
-        return body(f"static {t} const & {m.name}()", [f"static {t} const v{{{m.default}}};", "return v;"])
-
-    def handler(self, m, c):
-        return None
-
-
-class Init(Kind):
-    """A constructor hook: hand-written, run by the constructor after every member
-    has its initial value, in the order the schema lists them."""
-
-    has_id = False
-
-    def private_decls(self, m, c):
-        return [f"{I}void {m.name}(); // hand-written, run by the constructor"]
-
-    def ctor(self, m, c):
-        return [f"{m.name}();"]
+            return [f"{I}static constexpr {t} {m.name}() noexcept {{ return {t}{{{m.default}}}; }}"]
+        return [f"{I}static {t} {m.name}() {{ return {t}{{{m.default}}}; }}"]
 
     def handler(self, m, c):
         return None
@@ -529,9 +488,15 @@ class Method(Kind):
     has_id = False
 
     def public(self, m, c):
-        if m.text == m.name:  # the constructor or the factory: declared where they belong
+        if m.text == m.name:  # the constructor, the factory, the hook: declared where they belong
             return []
         return [f"{I}{m.text};"]
+
+    def private_decls(self, m, c):
+        if m.text == "constructed":
+            return [f"{I}// Written by hand; the constructor calls it last (children made at birth,",
+                    f"{I}// an initial member, a check of the key).", f"{I}void constructed();"]
+        return []
 
     def handler(self, m, c):
         return None
@@ -545,10 +510,9 @@ EMITTERS = {
     "set": Set(),
     "counters": Counters(),
     "coll": Coll(),
-    "ref": Ref(),
     "child": Child(),
     "queue": Queue(),
+    "refs": Refs(),
     "const": Const(),
     "method": Method(),
-    "init": Init(),
 }

@@ -56,10 +56,9 @@ class Enum:
 class Member:
     """One line of an entity or value block.
 
-    kind: param, scalar, counter, map, set, counters, coll, ref, child, queue,
-    const, method, init (entities); field, bit, const, method (values).
+    kind: param, scalar, counter, map, set, counters, coll, child, queue, const,
+    method (entities); field, bit, const, method (values).
     types: the type columns of the kind (one for scalar, key and value for map, ...).
-    options: flags ("ordered") and valued options ("new:replace", "capacity:10").
     """
 
     where: Where
@@ -70,16 +69,11 @@ class Member:
     default: Optional[str] = None
     text: str = ""  # the declaration of a method; the field of a bit view
     doc: List[str] = field(default_factory=list)  # comment lines written above it
+    numbers: dict = field(default_factory=dict)  # numbered options: {"capacity": 10}
+    key_type: str = ""  # refs: the key type of the referenced entity
 
     def has(self, option):
         return option in self.options
-
-    def option(self, key, default=None):
-        """The value of a valued option "key:value", or `default` when not given."""
-        for o in self.options:
-            if o.startswith(key + ":"):
-                return o[len(key) + 1:]
-        return default
 
 
 @dataclass
@@ -101,9 +95,9 @@ class Entity:
     base: Optional[str] = None       # base class, as written
     base_args: Optional[str] = None  # its constructor arguments, as written
     factory: Optional[str] = None
-    unnamed: bool = False            # no name at all: made from its params alone
+    unnamed: bool = False  # no name: made from its parameters alone
+    enums: List["Enum"] = field(default_factory=list)  # enumerations declared inside
     members: List[Member] = field(default_factory=list)
-    enums: List[Enum] = field(default_factory=list)  # enumerations declared inside
     doc: List[str] = field(default_factory=list)
 
     def params(self):
@@ -120,17 +114,12 @@ class Entity:
         k = self.key()
         return k is not None and k.name == "name"
 
-    def made_by_name(self):
-        """True when its constructor takes a Zon::Name first (what named children need)."""
-        return not self.unnamed and (self.key() is None or self.names_itself())
-
     def hand_written(self):
         """The generated parts that the .cpp defines instead: constructor, factory."""
         return {m.name for m in self.members if m.kind == "method" and m.text == m.name}
 
     def ctor_params(self):
-        """Constructor parameters in order: a name first unless the entity is keyed
-        or unnamed."""
+        """Constructor parameters in order: a name first unless the entity is keyed or unnamed."""
         if self.key() is None and not self.unnamed:
             return [("Zon::Name", "name")] + [(p.types[0], p.name) for p in self.params()]
         return [(p.types[0], p.name) for p in self.params()]

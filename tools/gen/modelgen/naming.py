@@ -69,12 +69,6 @@ def inserter(name):
     return "insert" + cap(name) + "_"
 
 
-def maker(name):
-    """The private helper of a named child whose newX is create-or-get: it makes a
-    fresh child and stores it."""
-    return "make" + cap(name) + "_"
-
-
 def handler(name):
     return "on" + cap(name)
 
@@ -99,9 +93,9 @@ def operations(name, kind):
         "set": [getter, count, setter, creator, deleter, delete_all],
         "counters": [getter, count, setter, creator, inc, dec, deleter, delete_all],
         "coll": [getter, count, setter, creator, deleter, delete_all],
-        "ref": [getter, count, setter, creator, deleter, delete_all],
         "child": [getter, setter, creator, deleter],
         "queue": [getter, count, enqueue, dequeue, deleter, delete_all],
+        "refs": [getter, count, setter, creator, deleter, delete_all],
         "const": [getter],
         "field": [getter, setter],
         "bit": [getter, setter, bit_constant],
@@ -116,6 +110,7 @@ QUALIFIED = re.compile(r"^(::)?[A-Za-z_][A-Za-z0-9_]*(::[A-Za-z_][A-Za-z0-9_]*)*
 RESERVED = {
     "name", "parent", "parentIs", "observers", "notify", "ref", "unref", "references",
     "Attr", "attrCount", "Notifiee", "Hold", "stringValue", "fromString", "hash",
+    "attrsVisit", "attrInfo", "attrKeyText",
     "class", "struct", "enum", "namespace", "new", "delete", "default", "this", "const",
     "int", "bool", "void", "return", "template", "typename", "operator", "public", "private",
     "protected", "virtual", "static", "switch", "case", "if", "else", "for", "while", "do",

@@ -14,8 +14,6 @@ from .model import Entity, Enum, Enumerator, Member, Schema, SchemaError, Value,
 from .types import resolve, TypeInfo, UNSIGNED
 
 # Columns of each member kind: (type columns, options, default: no/yes/required).
-# An option "word:a|b" takes one of the values a, b ("new:replace"); "word:<what>"
-# takes any value ("capacity:10").
 ENTITY_KINDS = {
     "param": (["type"], ["key", "base"], "no"),
     "scalar": (["type"], [], "yes"),
@@ -23,14 +21,14 @@ ENTITY_KINDS = {
     "map": (["key type", "value type"], ["ordered"], "no"),
     "set": (["key type"], ["ordered"], "no"),
     "counters": (["key type", "value type"], ["ordered", "dec"], "no"),
-    "coll": (["key type", "entity type"], ["ordered", "new:get|replace"], "no"),
-    "ref": (["key type", "entity type"], ["ordered", "new:get|replace"], "required"),
-    "child": (["entity type"], ["new:get|replace", "params:error|replace|keep"], "no"),
-    "queue": (["value type"], ["capacity:<number or constant>"], "no"),
+    "coll": (["key type", "entity type"], ["ordered", "replace"], "no"),
+    "child": (["entity type"], [], "no"),
+    "queue": (["value type"], ["capacity"], "no"),
+    "refs": (["entity type"], ["ordered"], "required"),
     "const": (["type"], ["getter"], "required"),
 }
-# What the text after '=' is, where it is not a default value.
-DEFAULT_WHAT = {"const": "<value>", "ref": "<text for a null argument>"}
+# Options followed by a number: `queue log Entry capacity 10`.
+NUMBERED_OPTIONS = {"capacity"}
 VALUE_KINDS = {
     "field": (["type"], [], "yes"),
     "const": (["type"], [], "required"),
@@ -39,8 +37,9 @@ VALUE_OPTIONS = ["parse", "ordered", "hash"]
 TYPE = re.compile(r"^(::)?[A-Za-z_][A-Za-z0-9_:<>, *&]*$")
 NUMBER = re.compile(r"^-?(0x[0-9A-Fa-f]+|[0-9]+)$")
 # `method constructor` and `method factory` (entities only): the generator
-# declares them and the .cpp beside the schema defines them.
-HAND_WRITTEN = ("constructor", "factory")
+# declares them and the .cpp beside the schema defines them. `method constructed`:
+# a hand-written hook that the generated constructor calls last.
+HAND_WRITTEN = ("constructor", "factory", "constructed")
 WIDTH = {"std::uint8_t": 8, "std::uint16_t": 16, "std::uint32_t": 32, "std::uint64_t": 64}
 
 
@@ -97,39 +96,12 @@ def usage(kind, columns):
     cols, options, default = columns
     text = f"{kind} <name> " + " ".join(f"<{c}>" for c in cols)
     if options:
-        text += " " + " ".join(f"[{o}]" for o in options)
+        text += " " + " ".join(f"[{o} <n>]" if o in NUMBERED_OPTIONS else f"[{o}]" for o in options)
     if default == "yes":
         text += " [= <default>]"
     elif default == "required":
-        text += " = " + DEFAULT_WHAT.get(kind, "<value>")
+        text += " = <null text>" if kind == "refs" else " = <value>"
     return text
-
-
-def check_option(where, kind, flag, options, given):
-    """Refuses an option the kind does not know, a value it does not take, or an
-    option given twice."""
-    word = flag.split(":", 1)[0]
-    if word in given:
-        raise where.error(f"option {word} of {kind} given twice")
-    given.add(word)
-    for o in options:
-        if ":" not in o:
-            if flag == o:
-                return
-            continue
-        key, allowed = o.split(":", 1)
-        if word != key or ":" not in flag:
-            continue
-        value = flag.split(":", 1)[1]
-        if allowed.startswith("<"):
-            if value:
-                return
-            raise where.error(f"option {key} of {kind} needs a value: {o}")
-        if value in allowed.split("|"):
-            return
-        raise where.error(f"option {key} of {kind} is one of {', '.join(allowed.split('|'))}, not '{value}'")
-    known = f" (known: {', '.join(options)})" if options else ""
-    raise where.error(f"unknown option '{flag}' for {kind}{known}")
 
 
 class Reader:
@@ -138,15 +110,18 @@ class Reader:
     def __init__(self, root):
         self.root = root
         self.cache = {}
-        self.reading = []  # (schema being read, the import line that asked for it)
-        self.nested = None  # (enumeration declared inside an entity, its indentation)
+        self.reading = []  # the schemas being read, outermost first
+        self.importing = []  # where each of them imports the next
 
     def read(self, path, where=None):
         if path in self.cache:
             return self.cache[path]
-        paths = [p for p, _ in self.reading]
-        if path in paths:
-            raise self.cycle(paths.index(path), where)
+        if path in self.reading:
+            # Every import line of the cycle, from the schema that closes it back to itself.
+            start = self.reading.index(path)
+            steps = [f"{w.path}:{w.line} imports {target}"
+                     for w, target in zip(self.importing[start:] + [where], self.reading[start + 1:] + [path])]
+            raise where.error("import cycle: " + ", ".join(steps))
         try:
             with open(os.path.join(self.root, path), encoding="utf-8") as f:
                 text = f.read()
@@ -154,23 +129,18 @@ class Reader:
             if where is None:
                 raise SchemaError(path, 0, f"cannot read schema: {e.strerror}")
             raise where.error(f"cannot read import '{path}': {e.strerror}")
-        self.reading.append((path, where))
-        schema = self.parse(path, text)
-        self.reading.pop()
+        self.reading.append(path)
+        try:
+            schema = self.parse(path, text)
+        finally:
+            self.reading.pop()
         self.cache[path] = schema
         return schema
 
-    def cycle(self, start, closing):
-        """The error of an import cycle: every import of it, reported at the first."""
-        lines = [w for _, w in self.reading[start + 1:]] + [closing]
-        files = [p for p, _ in self.reading[start:]] + [self.reading[start][0]]
-        steps = [f"{w.path}:{w.line} imports {f}" for w, f in zip(lines, files[1:])]
-        return lines[0].error("import cycle: " + ", ".join(steps))
-
     def parse(self, path, text):
-        self.nested = None
         schema = Schema(path)
         block = None
+        nested = None  # (enumeration declared inside an entity, its line's indentation)
         doc = []  # comment lines since the last blank line: the next node's doc
         for number, raw in enumerate(text.splitlines(), start=1):
             where = Where(path, number)
@@ -188,14 +158,19 @@ class Reader:
                 if block is None:
                     raise where.error("indented member line outside an enum, value or entity")
                 indent = len(line) - len(line.lstrip())
-                if self.nested and indent > self.nested[1]:
-                    self.member(self.nested[0], where, line.strip())
-                    target = self.nested[0].enumerators[-1]
+                if nested and indent > nested[1]:
+                    # An enumerator of the enumeration that the entity declares above.
+                    self.member(nested[0], where, line.strip())
+                    target = nested[0].enumerators[-1]
+                elif isinstance(block, Entity) and line.split()[0] == "enum":
+                    target = self.nested_enum(block, where, tokens(line)[1:])
+                    nested = (target, indent)
                 else:
-                    self.nested = None
-                    target = self.member(block, where, line.strip(), indent)
+                    nested = None
+                    self.member(block, where, line.strip())
+                    target = block.enumerators[-1] if isinstance(block, Enum) else block.members[-1]
             else:
-                self.nested = None
+                nested = None
                 opening = not schema.namespace
                 block = self.declaration(schema, where, line)
                 target = block
@@ -204,7 +179,6 @@ class Reader:
             if target is not None:
                 target.doc = doc
             doc = []
-        self.nested = None
         if not schema.namespace:
             raise SchemaError(path, 1, "the schema declares no namespace")
         check(schema)
@@ -235,7 +209,11 @@ class Reader:
             return None
         if keyword == "import":
             self.arity(where, args, 1, "import <schema path>")
-            schema.imports.append(self.read(args[0].strip('"'), where))
+            self.importing.append(where)
+            try:
+                schema.imports.append(self.read(args[0].strip('"'), where))
+            finally:
+                self.importing.pop()
             return None
         if keyword == "enum":
             node = self.enum(where, args, "enum <name> <integer type>")
@@ -264,6 +242,13 @@ class Reader:
             raise where.error(f"enum {name} needs an integer type, not {args[1]}")
         return Enum(where, name, underlying)
 
+    def nested_enum(self, entity, where, args):
+        """An enumeration declared inside an entity: Entity::Name in C++."""
+        node = self.enum(where, args, "enum <name> <integer type>, enumerators indented below it")
+        node.outer = entity.name
+        entity.enums.append(node)
+        return node
+
     def entity_header(self, schema, where, args):
         use = "usage: entity <name> [: <base>[(<arguments>)]] [factory <function>] [unnamed]"
         if not args:
@@ -283,21 +268,21 @@ class Reader:
             if not naming.QUALIFIED.match(node.base):
                 raise where.error(f"'{node.base}' is not a valid base class")
             rest = rest[2:]
-        if rest and rest[0] == "factory":
+        while rest and rest[0] in ("factory", "unnamed"):
+            if rest[0] == "unnamed":
+                node.unnamed, rest = True, rest[1:]
+                continue
             if len(rest) < 2:
                 raise where.error(use)
             node.factory = self.identifier(where, rest[1])
             rest = rest[2:]
-        if rest and rest[0] == "unnamed":
-            node.unnamed = True
-            rest = rest[1:]
         if rest:
             raise where.error(f"unexpected '{rest[0]}' after entity {node.name}; {use}")
         schema.entities.append(node)
         return node
 
-    # Indented lines; each returns the node that the comment above it documents.
-    def member(self, block, where, line, indent=0):
+    # Indented lines.
+    def member(self, block, where, line):
         if isinstance(block, Enum):
             words = tokens(line)
             if len(words) != 2:
@@ -308,30 +293,18 @@ class Reader:
             if block.has(name):
                 raise where.error(f"duplicate enumerator '{name}' in enum {block.name}")
             block.enumerators.append(Enumerator(where, name, words[1]))
-            return block.enumerators[-1]
+            return
         keyword = line.split(None, 1)[0]
         if keyword == "method":
             decl = line[len("method"):].strip().rstrip(";")
             if decl in HAND_WRITTEN:  # a generated part that the .cpp writes instead
                 block.members.append(Member(where, "method", decl, text=decl))
-                return block.members[-1]
+                return
             match = re.search(r"([A-Za-z_][A-Za-z0-9_]*)\s*\(", decl)
             if not match:
                 raise where.error("usage: method <C++ declaration>, such as: method void f(int n) const")
             block.members.append(Member(where, "method", match.group(1), text=decl))
-            return block.members[-1]
-        if isinstance(block, Entity) and keyword == "init":
-            words = tokens(line)
-            if len(words) != 2:
-                raise where.error("usage: init <method name>")
-            block.members.append(Member(where, "init", self.identifier(where, words[1])))
-            return block.members[-1]
-        if isinstance(block, Entity) and keyword == "enum":
-            node = self.enum(where, tokens(line)[1:], "enum <name> <integer type>, enumerators below it")
-            node.outer = block.name
-            block.enums.append(node)
-            self.nested = (node, indent)
-            return node
+            return
         head, default = split_default(line)
         words = tokens(head)
         kind, args = words[0], words[1:]
@@ -343,29 +316,36 @@ class Reader:
                 raise where.error(f"bit number '{args[1]}' is not a number")
             block.members.append(Member(where, "bit", name, options=[args[1]],
                                         text=args[2] if len(args) == 3 else ""))
-            return block.members[-1]
+            return
         kinds = VALUE_KINDS if isinstance(block, Value) else ENTITY_KINDS
         if kind not in kinds:
             what = "value field" if isinstance(block, Value) else "attribute"
-            extra = ["bit", "method"] if isinstance(block, Value) else ["method", "init", "enum"]
+            extra = ["bit", "method"] if isinstance(block, Value) else ["method", "enum"]
             raise where.error(f"unknown {what} kind '{kind}' (known: {', '.join(list(kinds) + extra)})")
         cols, options, default_rule = kinds[kind]
         if len(args) < 1 + len(cols):
             raise where.error(f"usage: {usage(kind, kinds[kind])}")
         name = self.identifier(where, args[0])
         types = [self.type(where, t) for t in args[1:1 + len(cols)]]
-        flags = args[1 + len(cols):]
-        given = set()
-        for flag in flags:
-            check_option(where, kind, flag, options, given)
+        flags, numbers = [], {}
+        rest = args[1 + len(cols):]
+        while rest:
+            flag, rest = rest[0], rest[1:]
+            if flag not in options:
+                known = f" (known: {', '.join(options)})" if options else ""
+                raise where.error(f"unknown option '{flag}' for {kind}{known}")
+            if flag in NUMBERED_OPTIONS:
+                if not rest or not rest[0].isdigit() or int(rest[0]) < 1:
+                    raise where.error(f"{flag} needs a number of at least 1: {usage(kind, kinds[kind])}")
+                numbers[flag], rest = int(rest[0]), rest[1:]
+            flags.append(flag)
         if default is not None and default_rule == "no":
             raise where.error(f"{kind} takes no default")
         if default is None and default_rule == "required":
             raise where.error(f"{kind} {name} needs a value: {usage(kind, kinds[kind])}")
         if default == "":
             raise where.error(f"empty default for {name}")
-        block.members.append(Member(where, kind, name, types, flags, default))
-        return block.members[-1]
+        block.members.append(Member(where, kind, name, types, flags, default, numbers=numbers))
 
     # Small helpers.
     @staticmethod
@@ -464,8 +444,6 @@ def check_entity(entity, info):
             if m.has("key"):
                 if key is not None:
                     raise m.where.error(f"second key parameter '{m.name}' (the key is '{key.name}')")
-                if entity.unnamed:
-                    raise m.where.error(f"entity {entity.name} is unnamed and has no key; '{m.name}' cannot be one")
                 key = m
             if m.name == "name" and not (m.has("key") and m.types[0] == "Zon::Name"):
                 raise m.where.error("a parameter called name must be the key and of type Zon::Name")
@@ -482,62 +460,37 @@ def check_entity(entity, info):
                 raise m.where.error(f"{m.kind} {m.name} must count in an unsigned integer type, not {counted}")
         if m.default is not None and m.kind in ("scalar", "counter", "const"):
             m.default = qualify_default(m, info)
-        if m.kind in ("coll", "ref"):
-            check_keyed_element(m, info)
-        if m.kind == "ref" and not re.match(r'^"(\\.|[^"\\])*"$', m.default):
-            raise m.where.error(f"ref {m.name} needs its null-argument text as a string literal, not {m.default}")
+        if m.kind == "coll":
+            element = info.entity(m.types[1])
+            if element is None:
+                raise m.where.error(f"unknown entity type '{m.types[1]}' (declare it or import its schema)")
+            ekey = element.key()
+            if ekey is None:
+                raise m.where.error(f"coll {m.name} needs an entity with a key parameter; {element.name} has none")
+            if ekey.types[0] != m.types[0]:
+                raise m.where.error(f"coll {m.name} is keyed by {m.types[0]} but the key {ekey.name} "
+                                    f"of {element.name} is {ekey.types[0]}")
+        if m.kind == "refs":
+            element = info.entity(m.types[0])
+            if element is None or element.key() is None:
+                raise m.where.error(f"refs {m.name} needs an entity with a key parameter, not '{m.types[0]}'")
+            m.key_type = element.key().types[0]
+            if not (m.default.startswith('"') and m.default.endswith('"') and len(m.default) >= 2):
+                raise m.where.error(f"refs {m.name} needs the text of its null-argument error as a C++ "
+                                    f"string literal after '='")
+        if m.kind == "queue" and "capacity" in m.numbers and m.numbers["capacity"] > 0xffffffff:
+            raise m.where.error(f"capacity of queue {m.name} exceeds 32 bits")
         if m.kind == "child":
-            check_child(m, info)
-        if m.kind == "queue" and m.option("capacity") is not None:
-            check_capacity(m, entity)
+            element = info.entity(m.types[0])
+            if element is not None and (element.key() is not None or element.unnamed):
+                raise m.where.error(f"child {m.name} needs an entity made with a name; "
+                                    f"{element.name} is {'unnamed' if element.unnamed else 'keyed'}")
+    if entity.unnamed and key is not None:
+        raise entity.where.error(f"entity {entity.name} is unnamed and so cannot have the key '{key.name}'")
     if entity.base:
         base = info.entity(entity.base)
         if base is not None and base.params() and entity.base_args is None:
             raise entity.where.error(f"base {entity.base} must be made by name alone; it has parameters")
-
-
-def check_keyed_element(m, info):
-    """The element of an instantiating or a reference collection: a known entity
-    whose key has the collection's key type."""
-    element = info.entity(m.types[1])
-    if element is None:
-        raise m.where.error(f"unknown entity type '{m.types[1]}' (declare it or import its schema)")
-    ekey = element.key()
-    if ekey is None:
-        raise m.where.error(f"{m.kind} {m.name} needs an entity with a key parameter; {element.name} has none")
-    if ekey.types[0] != m.types[0]:
-        raise m.where.error(f"{m.kind} {m.name} is keyed by {m.types[0]} but the key {ekey.name} "
-                            f"of {element.name} is {ekey.types[0]}")
-
-
-def check_child(m, info):
-    """A named child is made from a name first, then any other parameters."""
-    element = info.entity(m.types[0])
-    if element is None:
-        if m.option("params"):
-            raise m.where.error(f"child {m.name} of an entity the schemas do not declare takes no params option")
-        return
-    if element.unnamed:
-        raise m.where.error(f"child {m.name} needs a named entity; {element.name} is unnamed")
-    if not element.made_by_name():
-        raise m.where.error(f"child {m.name} needs an entity made from a name first; "
-                            f"{element.name} is keyed by {element.key().name}")
-    if m.option("params") and len(element.ctor_params()) == 1:
-        raise m.where.error(f"child {m.name}: option params needs an entity with parameters beyond its name; "
-                            f"{element.name} has none")
-
-
-def check_capacity(m, entity):
-    """A queue's capacity: a positive number or an unsigned constant of the entity."""
-    cap = m.option("capacity")
-    if cap.isdigit():
-        if int(cap) == 0:
-            raise m.where.error(f"queue {m.name} needs a capacity of at least 1")
-        return
-    const = next((c for c in entity.members if c.kind == "const" and c.name == cap), None)
-    if const is None or const.types[0] not in UNSIGNED:
-        raise m.where.error(f"queue {m.name}: capacity '{cap}' is neither a number nor an unsigned "
-                            f"constant of {entity.name}")
 
 
 def check_hand_written(entity):
@@ -546,11 +499,6 @@ def check_hand_written(entity):
     if "factory" in hand and not entity.factory:
         line = next(m.where for m in entity.members if m.kind == "method" and m.name == "factory")
         raise line.error(f"method factory needs 'factory <function>' on the line of entity {entity.name}")
-    if "constructor" in hand:
-        for m in entity.members:
-            if m.kind == "init":
-                raise m.where.error(f"init {m.name} runs from the generated constructor, but the constructor "
-                                    f"of {entity.name} is written by hand (method constructor): call it there")
     base_args = set(re.findall(r"[A-Za-z_][A-Za-z0-9_]*", entity.base_args or ""))
     for m in entity.params():
         if not m.has("base"):
@@ -581,7 +529,7 @@ def ordered_entities(entities):
 
     def deps(e):
         for m in e.members:
-            if m.kind in ("coll", "ref", "child"):
+            if m.kind in ("coll", "child", "refs"):
                 t = m.types[-1]
                 if t in by_name:
                     yield by_name[t]
