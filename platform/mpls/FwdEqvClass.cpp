@@ -13,3 +13,7 @@ Zon::String8 FwdEqvClass::stringValue() const {
 }
 
 } // namespace Mpls
+
+#include "mpls/FecFilteredState.h"
+
+ZON_ENUM_DEFINE(Mpls, FecFilteredState, MPLS_FEC_FILTERED_STATES)

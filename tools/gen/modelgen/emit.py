@@ -219,7 +219,8 @@ def entity_source(entity, info):
     if entity.unnamed:
         name_expr = "Zon::Name()"
     else:
-        name_expr = "name" if key is None or entity.names_itself() else f"Zon::nameOf({key.name})"
+        named = key is None or entity.names_itself() or entity.has_name_param()
+        name_expr = "name" if named else f"Zon::nameOf({key.name})"
     if entity.base_args is not None:
         # In the base's arguments, `name` stands for the entity's name.
         args = re.sub(r"\bname\b", name_expr, entity.base_args)
@@ -320,16 +321,22 @@ def header(schema):
         out += enum_header(e)
     for v in schema.values:
         out += value_header(v, info)
-    for e in schema.entities:
-        out += entity_header(e, info)
-    out += [f"}} // namespace {schema.namespace}", ""]
-    for e in all_enums(schema):
-        out.append(f"ZON_ENUM_TRAITS({schema.namespace}::{e.qualified()});")
+    # The registry traits and hashes of the enumerations and values come before the
+    # entities, whose inline code may print them or key collections by them.
+    traits = [f"ZON_ENUM_TRAITS({schema.namespace}::{e.name});" for e in schema.enums]
     for v in schema.values:
         if value_option(v, "hash"):
             q = f"{schema.namespace}::{v.name}"
-            out += ["", "template <>", f"struct std::hash<{q}> {{",
-                    f"{I}std::size_t operator()({q} const & v) const noexcept {{ return v.hash(); }}", "};"]
+            traits += ["", "template <>", f"struct std::hash<{q}> {{",
+                       f"{I}std::size_t operator()({q} const & v) const noexcept {{ return v.hash(); }}", "};"]
+    if traits and schema.entities:
+        out += [f"}} // namespace {schema.namespace}", ""] + traits + ["", f"namespace {schema.namespace} {{", ""]
+        traits = []
+    for e in schema.entities:
+        out += entity_header(e, info)
+    # The traits of enumerations declared inside entities need the complete classes.
+    traits += [f"ZON_ENUM_TRAITS({schema.namespace}::{e.qualified()});" for e in all_enums(schema) if e.outer]
+    out += [f"}} // namespace {schema.namespace}", ""] + traits
     if schema.inlines:
         # Hand-written inline behaviour needs the complete classes above.
         out += ([] if out[-1] == "" else [""]) + ["// Inline behaviour written by hand beside the schema."]

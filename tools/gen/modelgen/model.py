@@ -118,9 +118,14 @@ class Entity:
         """The generated parts that the .cpp defines instead: constructor, factory."""
         return {m.name for m in self.members if m.kind == "method" and m.text == m.name}
 
+    def has_name_param(self):
+        """True when a param `name` (not the key) names the entity: keyed by one value,
+        named by another."""
+        return any(m.kind == "param" and m.name == "name" and not m.has("key") for m in self.members)
+
     def ctor_params(self):
         """Constructor parameters in order: a name first unless the entity is keyed or unnamed."""
-        if self.key() is None and not self.unnamed:
+        if self.key() is None and not self.unnamed and not self.has_name_param():
             return [("Zon::Name", "name")] + [(p.types[0], p.name) for p in self.params()]
         return [(p.types[0], p.name) for p in self.params()]
 

@@ -445,9 +445,9 @@ def check_entity(entity, info):
                 if key is not None:
                     raise m.where.error(f"second key parameter '{m.name}' (the key is '{key.name}')")
                 key = m
-            if m.name == "name" and not (m.has("key") and m.types[0] == "Zon::Name"):
-                raise m.where.error("a parameter called name must be the key and of type Zon::Name")
-    check_names(entity, reserved_ok=("name",) if entity.names_itself() else ())
+            if m.name == "name" and (m.types[0] != "Zon::Name" or entity.params()[0] is not m):
+                raise m.where.error("a parameter called name must be the first and of type Zon::Name")
+    check_names(entity, reserved_ok=("name",) if entity.names_itself() or entity.has_name_param() else ())
     check_hand_written(entity)
     # A bare name of an enumeration declared inside this entity means that one.
     nested = {e.name: f"{entity.name}::{e.name}" for e in entity.enums}
@@ -482,7 +482,7 @@ def check_entity(entity, info):
             raise m.where.error(f"capacity of queue {m.name} exceeds 32 bits")
         if m.kind == "child":
             element = info.entity(m.types[0])
-            if element is not None and (element.key() is not None or element.unnamed):
+            if element is not None and (element.unnamed or (element.key() is not None and not element.has_name_param())):
                 raise m.where.error(f"child {m.name} needs an entity made with a name; "
                                     f"{element.name} is {'unnamed' if element.unnamed else 'keyed'}")
     if entity.unnamed and key is not None:
