@@ -111,3 +111,24 @@ E sequenceToValue(std::size_t i) {
    ::Zon::String8 NS::stringValue(E v) { return ::Zon::valueToStrep(v); }               \
    std::ostream & NS::operator<<(std::ostream & os, E v) { return os << ::Zon::valueToStrep(v); } \
    NS::E NS::E##Instance(std::string_view name) { return ::Zon::strepToValue<E>(name); }
+
+// An enumeration declared inside a class C (C::E): ZON_ENUM_DECLARE_NESTED at
+// namespace scope after the class declares its text form and stream output;
+// ZON_ENUM_TRAITS(NS::C::E) as for the others; ZON_ENUM_DEFINE_NESTED at global
+// scope in one source file defines them and registers "NS::C::E".
+#define ZON_ENUM_DECLARE_NESTED(C, E)                                                   \
+   ::Zon::String8 stringValue(C::E v);                                                  \
+   std::ostream & operator<<(std::ostream & os, C::E v)
+
+#define ZON_ENUM_DEFINE_NESTED(NS, C, E, LIST)                                          \
+   namespace {                                                                          \
+   constexpr ::Zon::EnumEntry NS##_##C##_##E##_entries[] = {LIST(ZON_ENUM_ENTRY)};      \
+   constexpr ::Zon::EnumInfo NS##_##C##_##E##_info(#NS "::" #C "::" #E,                 \
+                                                   NS##_##C##_##E##_entries);           \
+   ::Zon::EnumRegistration const NS##_##C##_##E##_registration(NS##_##C##_##E##_info);  \
+   }                                                                                    \
+   ::Zon::EnumInfo const & Zon::EnumTraits<NS::C::E>::info() noexcept {                 \
+      return NS##_##C##_##E##_info;                                                     \
+   }                                                                                    \
+   ::Zon::String8 NS::stringValue(C::E v) { return ::Zon::valueToStrep(v); }            \
+   std::ostream & NS::operator<<(std::ostream & os, C::E v) { return os << ::Zon::valueToStrep(v); }

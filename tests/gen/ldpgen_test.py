@@ -41,7 +41,7 @@ BAD = [
      "indented member line outside an enum, value or entity"),
     ("unknown attribute kind", "namespace T\nentity E\n   scalr x u8\n", 3,
      "unknown attribute kind 'scalr' (known: param, scalar, counter, map, set, counters, coll, child, "
-     "queue, refs, const, method)"),
+     "queue, refs, const, method, enum)"),
     ("map without value type", "namespace T\nentity E\n   map m u32\n", 3,
      "usage: map <name> <key type> <value type> [ordered]"),
     ("unknown option", "namespace T\nentity E\n   map m u32 u8 sorted\n", 3,
@@ -129,6 +129,23 @@ BAD = [
     ("inline without header", "namespace T\ninline\n", 2, "usage: inline <header>"),
     ("inline of a schema", "namespace T\ninline lib.zon\n", 2,
      "inline takes a hand-written header, not the schema 'lib.zon'"),
+    # Enumerations declared inside an entity.
+    ("nested enum usage", "namespace T\nentity E\n   enum K\n", 3,
+     "usage: enum <name> <integer type>, enumerators indented below it"),
+    ("nested enum without enumerators", "namespace T\nentity E\n   enum K u8\n   scalar k K\n", 3,
+     "enum K has no enumerators"),
+    ("nested enum of a non-integer", "namespace T\nentity E\n   enum K double\n", 3,
+     "enum K needs an integer type, not double"),
+    ("nested enum declared twice", "namespace T\nentity E\n   enum K u8\n      a 1\n   enum K u8\n      b 1\n", 5,
+     "duplicate enum 'K' in E (first at line 3)"),
+    ("nested duplicate enumerator", "namespace T\nentity E\n   enum K u8\n      a 1\n      a 2\n", 5,
+     "duplicate enumerator 'a' in enum K"),
+    ("nested enumerator value", "namespace T\nentity E\n   enum K u8\n      a one\n", 4,
+     "enumerator value 'one' is not a number"),
+    ("nested enum default", "namespace T\nentity E\n   enum K u8\n      a 1\n   scalar k K = b\n", 5,
+     "'b' is not an enumerator of K"),
+    ("nested enum in a nested namespace", "namespace T::U\nentity E\n   enum K u8\n      a 1\n", 3,
+     "enumerations need a namespace of one name, not T::U"),
 ]
 
 

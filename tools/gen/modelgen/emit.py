@@ -20,14 +20,49 @@ def comment(doc, indent=""):
 
 # Enumerations ---------------------------------------------------------------
 
-def enum_header(enum):
-    macro = n.enum_list_macro(enum.name)
-    lines = comment(enum.doc) + [f"#define {macro}(X) \\"]
+def enum_macro(enum):
+    return n.enum_list_macro((enum.outer or "") + enum.name)
+
+
+def enum_list(enum):
+    """The X-macro list of an enumeration's (name, value) pairs."""
+    macro = enum_macro(enum)
+    lines = [f"#define {macro}(X) \\"]
     for i, e in enumerate(enum.enumerators):
         tail = " \\" if i + 1 < len(enum.enumerators) else ""
         lines.append(f"{I}X({e.name}, {e.value}){tail}")
-    return lines + [f"enum class {enum.name} : {enum.underlying} {{ {macro}(ZON_ENUMERATOR) }};",
-                    f"ZON_ENUM_DECLARE({enum.name});", ""]
+    return lines
+
+
+def enum_header(enum):
+    return comment(enum.doc) + enum_list(enum) + [
+        f"enum class {enum.name} : {enum.underlying} {{ {enum_macro(enum)}(ZON_ENUMERATOR) }};",
+        f"ZON_ENUM_DECLARE({enum.name});", ""]
+
+
+def nested_enum_lists(entity):
+    """Before the entity's class: the lists of the enumerations declared inside it."""
+    out = [line for e in entity.enums for line in enum_list(e)]
+    return out + [""] if out else []
+
+
+def nested_enums(entity):
+    """At the top of the entity's class: its own enumerations."""
+    out = []
+    for e in entity.enums:
+        out += comment(e.doc, I) + [
+            f"{I}enum class {e.name} : {e.underlying} {{ {enum_macro(e)}(ZON_ENUMERATOR) }};", ""]
+    return out
+
+
+def nested_enum_declarations(entity):
+    """After the entity's class: text form and stream output of its enumerations."""
+    out = [f"ZON_ENUM_DECLARE_NESTED({entity.name}, {e.name});" for e in entity.enums]
+    return out + [""] if out else []
+
+
+def all_enums(schema):
+    return schema.enums + [e for entity in schema.entities for e in entity.enums]
 
 
 # Value types ----------------------------------------------------------------
@@ -126,8 +161,8 @@ def base_of(entity):
 def entity_header(entity, info):
     c = Context(entity, info)
     base, cls = base_of(entity), entity.name
-    out = comment(entity.doc) + [f"class {cls} : public {base} {{", " public:",
-           f"{I}struct Attr : {base}::Attr {{"]
+    out = nested_enum_lists(entity) + comment(entity.doc) + [f"class {cls} : public {base} {{", " public:"]
+    out += nested_enums(entity) + [f"{I}struct Attr : {base}::Attr {{"]
     ids = [m for m in entity.members if EMITTERS[m.kind].has_id]
     for i, m in enumerate(ids):
         out.append(f"{I}{I}static constexpr Zon::AttrId {m.name} = {base}::Attr::attrCount + {i};")
@@ -153,6 +188,7 @@ def entity_header(entity, info):
     for m in sorted(entity.members, key=lambda m: m.kind != "param"):
         out += EMITTERS[m.kind].member(m, c)
     out += ["};", ""]
+    out += nested_enum_declarations(entity)
     out += notifiee_header(entity, c)
     if entity.factory:
         sig = ", ".join(f"{info.param(t)} {p}" for t, p in params)
@@ -300,6 +336,8 @@ def header(schema):
         traits = []
     for e in schema.entities:
         out += entity_header(e, info)
+    # The traits of enumerations declared inside entities need the complete classes.
+    traits += [f"ZON_ENUM_TRAITS({schema.namespace}::{e.qualified()});" for e in all_enums(schema) if e.outer]
     out += [f"}} // namespace {schema.namespace}", ""] + traits
     if schema.inlines:
         # Hand-written inline behaviour needs the complete classes above.
@@ -316,8 +354,11 @@ def source(schema):
         out.append('#include "zon/ValueParse.h"')
     out.append("")
     for e in schema.enums:
-        out.append(f"ZON_ENUM_DEFINE({schema.namespace}, {e.name}, {n.enum_list_macro(e.name)})")
-    if schema.enums:
+        out.append(f"ZON_ENUM_DEFINE({schema.namespace}, {e.name}, {enum_macro(e)})")
+    for entity in schema.entities:
+        for e in entity.enums:
+            out.append(f"ZON_ENUM_DEFINE_NESTED({schema.namespace}, {entity.name}, {e.name}, {enum_macro(e)})")
+    if all_enums(schema):
         out.append("")
     out += [f"namespace {schema.namespace} {{", ""]
     for v in schema.values:

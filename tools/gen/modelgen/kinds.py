@@ -314,9 +314,11 @@ class Coll(CollectionKind):
             # parameters) is returned as it is, never replaced by a fresh one.
             out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
                         [f"return {n.setter(m.name)}({args});"], "") + [""]
+        # The caller's key may live in an element that the insert replaces: the
+        # notification carries the new element's own.
         out += body(f"Zon::Ptr<{e}> {c.cls}::{self.insert_name(m)}({sig})",
                     [f"Zon::Ptr<{e}> e = {c.make(e, args)};", f"{x}.insert({key}, e, this);",
-                     f"notify({c.attr(m)}, &{key});", "return e;"], "") + [""]
+                     f"auto const & k = e->{key}();", f"notify({c.attr(m)}, &k);", "return e;"], "") + [""]
         return out + super().source(m, c)
 
 

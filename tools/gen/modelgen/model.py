@@ -42,6 +42,11 @@ class Enum:
     underlying: str  # C++ type
     enumerators: List[Enumerator] = field(default_factory=list)
     doc: List[str] = field(default_factory=list)
+    outer: Optional[str] = None  # the entity it is declared in, if any
+
+    def qualified(self):
+        """Its C++ name inside the schema's namespace: Outer::Name when nested."""
+        return f"{self.outer}::{self.name}" if self.outer else self.name
 
     def has(self, name):
         return any(e.name == name for e in self.enumerators)
@@ -91,6 +96,7 @@ class Entity:
     base_args: Optional[str] = None  # its constructor arguments, as written
     factory: Optional[str] = None
     unnamed: bool = False  # no name: made from its parameters alone
+    enums: List["Enum"] = field(default_factory=list)  # enumerations declared inside
     members: List[Member] = field(default_factory=list)
     doc: List[str] = field(default_factory=list)
 

@@ -140,6 +140,7 @@ class Reader:
     def parse(self, path, text):
         schema = Schema(path)
         block = None
+        nested = None  # (enumeration declared inside an entity, its line's indentation)
         doc = []  # comment lines since the last blank line: the next node's doc
         for number, raw in enumerate(text.splitlines(), start=1):
             where = Where(path, number)
@@ -156,9 +157,20 @@ class Reader:
             if line[0].isspace():
                 if block is None:
                     raise where.error("indented member line outside an enum, value or entity")
-                self.member(block, where, line.strip())
-                target = block.enumerators[-1] if isinstance(block, Enum) else block.members[-1]
+                indent = len(line) - len(line.lstrip())
+                if nested and indent > nested[1]:
+                    # An enumerator of the enumeration that the entity declares above.
+                    self.member(nested[0], where, line.strip())
+                    target = nested[0].enumerators[-1]
+                elif isinstance(block, Entity) and line.split()[0] == "enum":
+                    target = self.nested_enum(block, where, tokens(line)[1:])
+                    nested = (target, indent)
+                else:
+                    nested = None
+                    self.member(block, where, line.strip())
+                    target = block.enumerators[-1] if isinstance(block, Enum) else block.members[-1]
             else:
+                nested = None
                 opening = not schema.namespace
                 block = self.declaration(schema, where, line)
                 target = block
@@ -204,13 +216,7 @@ class Reader:
                 self.importing.pop()
             return None
         if keyword == "enum":
-            self.arity(where, args, 2, "enum <name> <integer type>")
-            name = self.identifier(where, args[0])
-            underlying = resolve(args[1])
-            if underlying not in WIDTH and underlying not in ("std::int8_t", "std::int16_t",
-                                                               "std::int32_t", "std::int64_t"):
-                raise where.error(f"enum {name} needs an integer type, not {args[1]}")
-            node = Enum(where, name, underlying)
+            node = self.enum(where, args, "enum <name> <integer type>")
             schema.enums.append(node)
             return node
         if keyword == "value":
@@ -226,6 +232,22 @@ class Reader:
         if keyword == "entity":
             return self.entity_header(schema, where, args)
         raise where.error(f"unknown declaration '{keyword}' (member lines are indented)")
+
+    def enum(self, where, args, use):
+        self.arity(where, args, 2, use)
+        name = self.identifier(where, args[0])
+        underlying = resolve(args[1])
+        if underlying not in WIDTH and underlying not in ("std::int8_t", "std::int16_t",
+                                                           "std::int32_t", "std::int64_t"):
+            raise where.error(f"enum {name} needs an integer type, not {args[1]}")
+        return Enum(where, name, underlying)
+
+    def nested_enum(self, entity, where, args):
+        """An enumeration declared inside an entity: Entity::Name in C++."""
+        node = self.enum(where, args, "enum <name> <integer type>, enumerators indented below it")
+        node.outer = entity.name
+        entity.enums.append(node)
+        return node
 
     def entity_header(self, schema, where, args):
         use = "usage: entity <name> [: <base>[(<arguments>)]] [factory <function>] [unnamed]"
@@ -298,7 +320,7 @@ class Reader:
         kinds = VALUE_KINDS if isinstance(block, Value) else ENTITY_KINDS
         if kind not in kinds:
             what = "value field" if isinstance(block, Value) else "attribute"
-            extra = ["bit", "method"] if isinstance(block, Value) else ["method"]
+            extra = ["bit", "method"] if isinstance(block, Value) else ["method", "enum"]
             raise where.error(f"unknown {what} kind '{kind}' (known: {', '.join(list(kinds) + extra)})")
         cols, options, default_rule = kinds[kind]
         if len(args) < 1 + len(cols):
@@ -352,7 +374,7 @@ def check(schema):
         if node.name in seen:
             raise node.where.error(f"duplicate declaration '{node.name}' (first at line {seen[node.name]})")
         seen[node.name] = node.where.line
-    for enum in schema.enums:
+    for enum in schema.enums + [e for entity in schema.entities for e in entity.enums]:
         if "::" in schema.namespace:
             raise enum.where.error("enumerations need a namespace of one name, not " + schema.namespace)
         if not enum.enumerators:
@@ -366,6 +388,10 @@ def check(schema):
 
 def check_names(block, reserved_ok=()):
     names = {}
+    for e in getattr(block, "enums", []):
+        if e.name in names:
+            raise e.where.error(f"duplicate enum '{e.name}' in {block.name} (first at line {names[e.name][1]})")
+        names[e.name] = (e.name, e.where.line)
     for m in block.members:
         if m.name in naming.RESERVED and m.name not in reserved_ok:
             raise m.where.error(f"'{m.name}' is reserved by the runtime")
@@ -423,6 +449,10 @@ def check_entity(entity, info):
                 raise m.where.error("a parameter called name must be the first and of type Zon::Name")
     check_names(entity, reserved_ok=("name",) if entity.names_itself() or entity.has_name_param() else ())
     check_hand_written(entity)
+    # A bare name of an enumeration declared inside this entity means that one.
+    nested = {e.name: f"{entity.name}::{e.name}" for e in entity.enums}
+    for m in entity.members:
+        m.types = [nested.get(t, t) for t in m.types]
     for m in entity.members:
         if m.kind in ("counter", "counters"):
             counted = m.types[-1]

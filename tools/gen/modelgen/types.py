@@ -43,10 +43,13 @@ class TypeInfo:
                 self._add(self.values, s, v)
             for e in s.entities:
                 self._add(self.entities, s, e)
+                for nested in e.enums:
+                    self._add(self.enums, s, nested, nested.qualified())
 
-    def _add(self, table, schema, node):
-        table[node.name] = node
-        table[f"{schema.namespace}::{node.name}"] = node
+    def _add(self, table, schema, node, name=None):
+        name = name or node.name
+        table[name] = node
+        table[f"{schema.namespace}::{name}"] = node
 
     def enum(self, cpp_type):
         return self.enums.get(cpp_type)
