@@ -1,5 +1,7 @@
 #include "zon/Entity.h"
 
+#include "zon/Reflect.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -34,6 +36,24 @@ void Observer::notifierIs(Entity const * notifier, AttrId attr) {
 }
 
 void Observer::onAttr(AttrId, void const *) {}
+
+void Entity::attrsVisit(AttrVisitor &) const {}
+
+AttrInfo const * Entity::attrInfo(AttrId) const noexcept { return nullptr; }
+
+std::string Entity::attrKeyText(AttrId, void const *) const { return {}; }
+
+void AttrRecorder::onAttr(AttrId attr, void const * key) {
+   Entity const * e = notifier();
+   AttrInfo const * info = e ? e->attrInfo(attr) : nullptr;
+   std::string record = info ? std::string(info->name) : "attr" + std::to_string(attr);
+   if (key) {
+      record += '[';
+      record += e->attrKeyText(attr, key);
+      record += ']';
+   }
+   records_.push_back(std::move(record));
+}
 
 Entity::~Entity() {
    if (observers_) {

@@ -28,6 +28,8 @@ inline constexpr AttrId allAttrs = 0xffff;
 
 class Entity;
 struct ObserverList;
+struct AttrInfo;
+class AttrVisitor;
 
 // Watches the attributes of one entity. onAttr runs after each change of a watched
 // attribute; `key` points at the key of the changed element for collection
@@ -75,6 +77,13 @@ class Entity : public PtrInterface {
 
    // Number of registered observers.
    std::size_t observers() const noexcept;
+
+   // Reflection (zon/Reflect.h), generated for every schema entity: visits each
+   // attribute with its value's text, base class first; the attribute of a
+   // notification id (null for none); the text of a notification's key.
+   virtual void attrsVisit(AttrVisitor & visitor) const;
+   virtual AttrInfo const * attrInfo(AttrId attr) const noexcept;
+   virtual std::string attrKeyText(AttrId attr, void const * key) const;
 
  protected:
    explicit Entity(Name name) noexcept : name_(std::move(name)) {}

@@ -7,67 +7,79 @@
 #include <vector>
 
 #include "ldp/config/LdpConfig.h"
+#include "support/ModelTables.h"
 
 namespace {
 
 using namespace Ldp;
+using LdpTest::expectAttrs;
+using LdpTest::Records;
 using Strings = std::vector<std::string>;
 
-TEST(LdpConfig, FreshConfigDefaults) {
+// Every attribute of a fresh record, as the configuration front end and the
+// agent first see it.
+TEST(LdpConfig, FreshRecordsHoldTheirDefaults) {
    auto coll = Zon::makePtr<LdpConfigColl>("configColl");
+   expectAttrs(*coll, {{"config", "{}"}, {"initialized", "False"}});
    Zon::Ptr<Config> c = coll->configIs("red");
    EXPECT_EQ(c->name(), "red");
-   EXPECT_EQ(c->vrfName(), L3::VrfName("red"));
    EXPECT_EQ(c->parent(), coll.ptr());
-   EXPECT_FALSE(c->enabled());
-   EXPECT_TRUE(c->ipTransportAddrIntfId().isEmpty());
-   EXPECT_EQ(c->ldpLabelDistCtrl(), LdpLabelDistCtrl::orderedCtrl);
-   EXPECT_EQ(c->ldpLabelAdvDspl(), LdpLabelAdvDspl::unSolicited);
-   EXPECT_EQ(c->ldpLabelRetention(), LdpLabelRetention::liberalRetention);
-   EXPECT_FALSE(c->ldpLoopDetection());
-   EXPECT_EQ(c->staticTargets(), 0u);
-   EXPECT_EQ(c->ldpProtoParamSetting().value(), 0u);
-   EXPECT_EQ(c->routerId(), Vorin::IpAddr(0, 0, 0, 0));
-   EXPECT_TRUE(c->routerIdIntfId().isEmpty());
-   EXPECT_EQ(c->forceRouterId().value(), 0.0);
-   EXPECT_EQ(c->agentFreezeRequest().value(), 0.0);
-   EXPECT_EQ(c->md5Password(), "");
-   EXPECT_EQ(c->intfConfigColls(), 0u);
-   EXPECT_EQ(c->staticFecBindingColls(), 0u);
-   EXPECT_EQ(c->fecFilterPrefixListName(), "");
-   EXPECT_EQ(c->linkReadyTimeout().value(), 60.0);
-   EXPECT_EQ(c->linkReadyDelay().value(), 5.0);
-   EXPECT_EQ(c->helloHoldTime(), 15);
-   EXPECT_EQ(c->helloInterval(), 5);
-   EXPECT_EQ(c->targetedHelloHoldTime(), 45);
-   EXPECT_EQ(c->targetedHelloInterval(), 15);
-   EXPECT_EQ(c->ldpNeighborClearRequests(), 0u);
-   EXPECT_FALSE(c->serviceAclTypeVrfMap());
-}
+   expectAttrs(*c, {
+                      {"vrfName", "red"},
+                      {"enabled", "False"},
+                      {"ipTransportAddrIntfId", ""},
+                      {"ldpLabelDistCtrl", "orderedCtrl"},
+                      {"ldpLabelAdvDspl", "unSolicited"},
+                      {"ldpLabelRetention", "liberalRetention"},
+                      {"ldpLoopDetection", "False"},
+                      {"staticTarget", "{}"},
+                      {"ldpProtoParamSetting", "Value('Ldp::LdpProtoParamSetting', ** {'value': 0})"},
+                      {"routerId", "0.0.0.0"},
+                      {"routerIdIntfId", ""},
+                      {"forceRouterId", "0.0"},
+                      {"agentFreezeRequest", "0.0"},
+                      {"md5Password", "''"},
+                      {"intfConfigColl", "{}"},
+                      {"staticFecBindingColl", "{}"},
+                      {"fecFilterPrefixListName", "''"},
+                      {"linkReadyTimeout", "60.0"},
+                      {"linkReadyDelay", "5.0"},
+                      {"helloHoldTime", "15"},
+                      {"helloInterval", "5"},
+                      {"targetedHelloHoldTime", "45"},
+                      {"targetedHelloInterval", "15"},
+                      {"ldpNeighborClearRequest", "{}"},
+                      {"serviceAclTypeVrfMap", "None"},
+                   });
+   expectAttrs(*c->intfConfigCollIs("eth0"), {{"name", "'eth0'"}, {"igpSync", "useGlobal"}});
 
-TEST(LdpConfig, FreshProtoConfigDefaults) {
-   auto coll = Zon::makePtr<LdpProtoConfigColl>("protoConfigColl");
-   Zon::Ptr<ProtoConfig> p = coll->newProtoConfig("default");
-   EXPECT_EQ(p->runningState(), LdpRunningState::ldpStopped);
-   EXPECT_EQ(p->reason(), "");
-   EXPECT_EQ(p->routerId(), Vorin::IpAddr());
-   EXPECT_TRUE(p->intfId().isEmpty());
-   EXPECT_EQ(p->ipTransportAddr().stringValue(), "0.0.0.0");
-   EXPECT_EQ(p->configCodefDelay().value(), 1.0);
-   EXPECT_EQ(p->ldpIdentifier().stringValue(), "0.0.0.0:0");
-   EXPECT_EQ(p->ldpLabelDistCtrl(), LdpLabelDistCtrl::orderedCtrl);
-   EXPECT_EQ(p->ldpLabelAdvDspl(), LdpLabelAdvDspl::unSolicited);
-   EXPECT_EQ(p->ldpLabelRetention(), LdpLabelRetention::liberalRetention);
-   EXPECT_FALSE(p->ldpMultiLabelSupport());
-   EXPECT_FALSE(p->ldpLoopDetection());
-   EXPECT_EQ(p->ldpHopCountMax(), 64);
-   EXPECT_EQ(p->md5Password(), "");
-   EXPECT_EQ(p->staticTargets(), 0u);
-   EXPECT_EQ(p->linkReadyTimeout().value(), 60.0);
-   EXPECT_EQ(p->linkReadyDelay().value(), 5.0);
-   EXPECT_EQ(p->ldpProtoParamSetting(), LdpProtoParamSetting());
-   EXPECT_FALSE(p->fecFilter());
-   EXPECT_FALSE(p->ldpProtoParam());
+   Zon::Ptr<ProtoConfig> p = Zon::makePtr<LdpProtoConfigColl>("protoConfigColl")->newProtoConfig("default");
+   expectAttrs(*p, {
+                      {"vrfName", "default"},
+                      {"runningState", "ldpStopped"},
+                      {"reason", "''"},
+                      {"routerId", "0.0.0.0"},
+                      {"intfId", ""},
+                      {"ipTransportAddr", "0.0.0.0"},
+                      {"configCodefDelay", "1.0"},
+                      {"ldpIdentifier", "0.0.0.0:0"},
+                      {"ldpLabelDistCtrl", "orderedCtrl"},
+                      {"ldpLabelAdvDspl", "unSolicited"},
+                      {"ldpLabelRetention", "liberalRetention"},
+                      {"ldpMultiLabelSupport", "False"},
+                      {"ldpLoopDetection", "False"},
+                      {"ldpHopCountMax", "64"},
+                      {"md5Password", "''"},
+                      {"staticTarget", "{}"},
+                      {"linkReadyTimeout", "60.0"},
+                      {"linkReadyDelay", "5.0"},
+                      {"ldpProtoParamSetting", "Value('Ldp::LdpProtoParamSetting', ** {'value': 0})"},
+                      {"fecFilter", "None"},
+                      {"ldpProtoParam", "None"},
+                   });
+   expectAttrs(*Zon::makePtr<Statistics>("stats"),
+               {{"messageId", "0"}, {"fecCountUnfiltered", "0"}, {"fecCountFiltered", "0"}});
+   expectAttrs(LdpFecBindingInfo(), {{"inputLabel", "1048576"}, {"outputLabel", "1048576"}, {"nexthopIntfIp", "0.0.0.0"}});
 }
 
 TEST(LdpConfig, EnumerationsKeepTheirStoredNumbers) {
@@ -83,30 +95,13 @@ TEST(LdpConfig, EnumerationsKeepTheirStoredNumbers) {
    EXPECT_NE(Zon::enumInfo("Ldp::LdpLabelRetention"), nullptr);
 }
 
-// Records Config changes as "attr" or "attr:key".
-struct ConfigRecorder : Config::Notifiee {
-   Strings seen;
-   void onHelloInterval() override { seen.push_back("helloInterval"); }
-   void onEnabled() override { seen.push_back("enabled"); }
-   void onStaticTarget(Vorin::IpGenAddr const & k) override { seen.push_back("staticTarget:" + k.stringValue()); }
-   void onLdpNeighborClearRequest(LdpIdentifier const & k) override {
-      seen.push_back("ldpNeighborClearRequest:" + k.stringValue());
-   }
-   void onIntfConfigColl(Zon::Name const & k) override { seen.push_back("intfConfigColl:" + k); }
-   void onStaticFecBindingColl(Mpls::FwdEqvClass const & k) override {
-      seen.push_back("staticFecBindingColl:" + k.stringValue());
-   }
-   void onServiceAclTypeVrfMap() override { seen.push_back("serviceAclTypeVrfMap"); }
-};
-
 TEST(LdpConfig, ConfigNotifiesOnlyRealChangesWithKeys) {
    auto coll = Zon::makePtr<LdpConfigColl>("configColl");
    auto c = coll->configIs("red");
-   ConfigRecorder r;
-   r.notifierIs(c.ptr());
+   Zon::AttrRecorder r(c.ptr());
    c->helloIntervalIs(5); // the current value: nobody hears
    c->enabledIs(false);
-   EXPECT_TRUE(r.seen.empty());
+   EXPECT_TRUE(r.records().empty());
    c->helloIntervalIs(7);
    auto const peer = Vorin::IpGenAddr::fromString("10.0.0.9");
    c->newStaticTarget(peer, true);
@@ -124,32 +119,27 @@ TEST(LdpConfig, ConfigNotifiesOnlyRealChangesWithKeys) {
    auto binding = c->staticFecBindingCollIs(prefix);
    EXPECT_EQ(binding->name(), "10.1.0.0/16");
    EXPECT_EQ(binding->fwdEqvClass(), prefix);
-   EXPECT_EQ(r.seen, (Strings{"helloInterval", "staticTarget:10.0.0.9", "staticTarget:10.0.0.9",
-                              "ldpNeighborClearRequest:1.1.1.1:0", "ldpNeighborClearRequest:1.1.1.1:0",
-                              "intfConfigColl:eth0", "staticFecBindingColl:10.1.0.0/16"}));
+   EXPECT_EQ(r.take(), (Records{"helloInterval", "staticTarget[10.0.0.9]", "staticTarget[10.0.0.9]",
+                                "ldpNeighborClearRequest[1.1.1.1:0]", "ldpNeighborClearRequest[1.1.1.1:0]",
+                                "intfConfigColl[eth0]", "staticFecBindingColl[10.1.0.0/16]"}));
 }
 
 TEST(LdpConfig, ServiceAclMapIsCreatedByName) {
    auto c = Zon::makePtr<LdpConfigColl>("cc")->configIs("red");
-   ConfigRecorder r;
-   r.notifierIs(c.ptr());
+   Zon::AttrRecorder r(c.ptr());
    auto m = c->serviceAclTypeVrfMapIs("ldp-acl");
    EXPECT_EQ(m->name(), "ldp-acl");
    EXPECT_EQ(c->serviceAclTypeVrfMapIs("ldp-acl"), m);
    c->serviceAclTypeVrfMapDel();
    EXPECT_FALSE(c->serviceAclTypeVrfMap());
    EXPECT_EQ(m->parent(), nullptr);
-   EXPECT_EQ(r.seen, (Strings{"serviceAclTypeVrfMap", "serviceAclTypeVrfMap"}));
+   EXPECT_EQ(r.take(), (Records{"serviceAclTypeVrfMap", "serviceAclTypeVrfMap"}));
 }
 
 TEST(LdpConfig, VrfNameOfMoreThan100BytesIsRefusedAndCreatesNothing) {
    EXPECT_EQ(L3::VrfName(std::string(100, 'v')).bytes(), 100u);
    auto coll = Zon::makePtr<LdpConfigColl>("configColl");
-   struct Count : LdpConfigColl::Notifiee {
-      int n = 0;
-      void onConfig(L3::VrfName const &) override { ++n; }
-   } count;
-   count.notifierIs(coll.ptr());
+   Zon::AttrRecorder r(coll.ptr());
    try {
       coll->configIs(std::string(101, 'v'));
       FAIL() << "no exception";
@@ -157,7 +147,7 @@ TEST(LdpConfig, VrfNameOfMoreThan100BytesIsRefusedAndCreatesNothing) {
       EXPECT_STREQ(e.what(), "VrfName::bytes > 100 not allowed");
    }
    EXPECT_EQ(coll->configs(), 0u);
-   EXPECT_EQ(count.n, 0);
+   EXPECT_TRUE(r.records().empty());
    EXPECT_THROW(Zon::makePtr<LdpProtoConfigColl>("p")->protoConfigIs(std::string(101, 'v')), Zon::RangeException);
 }
 
@@ -219,36 +209,45 @@ TEST(LdpProtoParam, SwitchesAndConstants) {
    p->ldpProtoParamIs("param");
    // Read the way the parsers read it.
    Zon::Ptr<LdpProtoParam const> param = p->ldpProtoParam();
-   EXPECT_TRUE(param->fecTlvStrictPrefixWildcardOnlyElement());
-   EXPECT_TRUE(param->tlvIpTransportAddrIncude());
-   EXPECT_FALSE(param->tlvIpTransportUnknownBit());
-   EXPECT_TRUE(param->tlvConfigSeqNumInclude());
-   EXPECT_FALSE(param->tlvConfigSeqNumUnknownBit());
+   expectAttrs(*param, {
+                          {"tlvIpTransportAddrIncude", "True"},
+                          {"tlvIpTransportUnknownBit", "False"},
+                          {"tlvConfigSeqNumInclude", "True"},
+                          {"tlvConfigSeqNumUnknownBit", "False"},
+                          {"fecTlvStrictPrefixWildcardOnlyElement", "True"},
+                          {"ldpUdpPort", "646"},
+                          {"ldpTcpPort", "646"},
+                          {"ldpPktBufferSize", "9600"},
+                          {"ldpProtocolVersion", "1"},
+                          {"defaultMaxPduLength", "4096"},
+                          {"msgTypeIgnoreBegin", "32768"},
+                          {"tlvTypeIgnoreBegin", "32768"},
+                          {"infiniteHelloHoldTime", "65535"},
+                          {"ldpNewAdjHelloWaitTime", "0.1"},
+                          {"ldpNewSessionWaitTime", "0.5"},
+                          {"defaultBasicHelloInterval", "5"},
+                          {"defaultBasicHelloHoldTime", "15"},
+                          {"defaultTargetHelloInterval", "15"},
+                          {"defaultTargetHelloHoldTime", "45"},
+                          {"defaultSessionKeepAliveTime", "30"},
+                          {"defaultRetryBackoffTime", "15.0"},
+                          {"defaultMaxRetryBackoffTime", "120.0"},
+                          {"ldpNonFatalSessionRetryTime", "10.0"},
+                          {"ldpImmediateHelloWaitTime", "0.1"},
+                          {"ldpIpTos", "192"},
+                          {"ldpIpChangeSessionRetryTime", "2.0"},
+                          {"ldpIdChangeSessionRetryTime", "2.0"},
+                          {"ldpTcpConnExponentialBackoffRetries", "5"},
+                          {"ldpMaxStartListenerRetries", "5"},
+                          {"serviceName", "'ldp'"},
+                       });
+   Zon::AttrRecorder r(param.ptr());
+   p->ldpProtoParam()->tlvConfigSeqNumIncludeIs(false);
    p->ldpProtoParam()->tlvConfigSeqNumIncludeIs(false);
    EXPECT_FALSE(param->tlvConfigSeqNumInclude());
-   EXPECT_EQ(param->ldpUdpPort, 646);
-
-   static_assert(LdpProtoParam::ldpUdpPort == 646 && LdpProtoParam::ldpTcpPort == 646);
-   static_assert(LdpProtoParam::ldpPktBufferSize == 9600);
-   static_assert(LdpProtoParam::ldpProtocolVersion == 1);
-   static_assert(LdpProtoParam::defaultMaxPduLength == 4096);
-   static_assert(LdpProtoParam::msgTypeIgnoreBegin == 0x8000 && LdpProtoParam::tlvTypeIgnoreBegin == 0x8000);
-   static_assert(LdpProtoParam::infiniteHelloHoldTime == 65535);
-   static_assert(LdpProtoParam::ldpNewAdjHelloWaitTime.value() == 0.1);
-   static_assert(LdpProtoParam::ldpNewSessionWaitTime.value() == 0.5);
-   static_assert(LdpProtoParam::defaultBasicHelloInterval == 5 && LdpProtoParam::defaultBasicHelloHoldTime == 15);
-   static_assert(LdpProtoParam::defaultTargetHelloInterval == 15 && LdpProtoParam::defaultTargetHelloHoldTime == 45);
-   static_assert(LdpProtoParam::defaultSessionKeepAliveTime == 30);
-   static_assert(LdpProtoParam::defaultRetryBackoffTime.value() == 15.0);
-   static_assert(LdpProtoParam::defaultMaxRetryBackoffTime.value() == 120.0);
-   static_assert(LdpProtoParam::ldpNonFatalSessionRetryTime.value() == 10.0);
-   static_assert(LdpProtoParam::ldpImmediateHelloWaitTime.value() == 0.1);
-   static_assert(LdpProtoParam::ldpIpTos == 192);
-   static_assert(LdpProtoParam::ldpIpChangeSessionRetryTime.value() == 2.0);
-   static_assert(LdpProtoParam::ldpIdChangeSessionRetryTime.value() == 2.0);
-   static_assert(LdpProtoParam::ldpTcpConnExponentialBackoffRetries == 5);
-   static_assert(LdpProtoParam::ldpMaxStartListenerRetries == 5);
-   static_assert(LdpProtoParam::serviceName == "ldp");
+   EXPECT_EQ(r.take(), Records{"tlvConfigSeqNumInclude"});
+   // The constants are compile-time numbers, usable in constant expressions.
+   static_assert(LdpProtoParam::ldpUdpPort == 646 && LdpProtoParam::defaultMaxPduLength == 4096);
 }
 
 TEST(LdpProtoParamSetting, BitViewsSetAndClearOnlyTheirBit) {
@@ -278,16 +277,12 @@ TEST(LdpProtoParamSetting, BitViewsSetAndClearOnlyTheirBit) {
 
 TEST(LdpProtoParamSetting, ConfigNotifiesOnAnyBit) {
    auto c = Zon::makePtr<LdpConfigColl>("cc")->configIs("red");
-   struct Count : Config::Notifiee {
-      int n = 0;
-      void onLdpProtoParamSetting() override { ++n; }
-   } count;
-   count.notifierIs(c.ptr());
+   Zon::AttrRecorder r(c.ptr());
    LdpProtoParamSetting s = c->ldpProtoParamSetting();
    c->ldpProtoParamSettingIs(s);
    s.edgeRouterRoleIs(true);
    c->ldpProtoParamSettingIs(s);
-   EXPECT_EQ(count.n, 1);
+   EXPECT_EQ(r.take(), Records{"ldpProtoParamSetting"});
    EXPECT_TRUE(c->ldpProtoParamSetting().edgeRouterRole());
 }
 
@@ -340,36 +335,26 @@ TEST(LdpFecBindingInfo, ParseFailures) {
 TEST(LdpStaticFecBindingEntry, SetterIgnoresTheSameBinding) {
    auto c = Zon::makePtr<LdpConfigColl>("cc")->configIs("red");
    auto e = c->newStaticFecBindingColl(Mpls::FwdEqvClass(Vorin::IpGenPrefix::fromString("10.0.0.0/8")));
-   struct Count : LdpStaticFecBindingEntry::Notifiee {
-      int n = 0;
-      void onFecBindingInfo() override { ++n; }
-   } count;
-   count.notifierIs(e.ptr());
+   Zon::AttrRecorder r(e.ptr());
    e->fecBindingInfoIs(LdpFecBindingInfo());
    e->fecBindingInfoIs(LdpFecBindingInfo(Vorin::MplsLabel(20), Vorin::MplsLabel(30), Vorin::IpGenAddr()));
    e->fecBindingInfoIs(LdpFecBindingInfo(Vorin::MplsLabel(20), Vorin::MplsLabel(30), Vorin::IpGenAddr()));
-   EXPECT_EQ(count.n, 1);
+   EXPECT_EQ(r.take(), Records{"fecBindingInfo"});
 }
 
 TEST(LdpStatistics, CountersWrapAndNotifyOnlyOnChange) {
    auto s = Zon::makePtr<Statistics>("stats");
-   struct Recorder : Statistics::Notifiee {
-      Strings seen;
-      void onMessageId() override { seen.push_back("messageId"); }
-      void onFecCountUnfiltered() override { seen.push_back("fecCountUnfiltered"); }
-      void onFecCountFiltered() override { seen.push_back("fecCountFiltered"); }
-   } r;
-   r.notifierIs(s.ptr());
+   Zon::AttrRecorder r(s.ptr());
    EXPECT_EQ(s->messageIdInc(0), 0u);
    EXPECT_EQ(s->fecCountFilteredDec(0), 0u);
-   EXPECT_TRUE(r.seen.empty());
+   EXPECT_TRUE(r.records().empty());
    s->messageIdIs(4294967295u);
    EXPECT_EQ(s->messageIdInc(1), 0u);
    EXPECT_EQ(s->fecCountUnfilteredInc(3), 3u);
    EXPECT_EQ(s->fecCountUnfilteredDec(5), 4294967294u);
    EXPECT_EQ(s->fecCountFilteredInc(2), 2u);
-   EXPECT_EQ(r.seen, (Strings{"messageId", "messageId", "fecCountUnfiltered", "fecCountUnfiltered",
-                              "fecCountFiltered"}));
+   EXPECT_EQ(r.take(), (Records{"messageId", "messageId", "fecCountUnfiltered", "fecCountUnfiltered",
+                                "fecCountFiltered"}));
 }
 
 TEST(LdpConfigCollections, EnabledVrfsAndPwTargets) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ldp/config/LdpFecFilter.h"
+#include "support/ModelTables.h"
 #include "trace/Trace.h"
 
 namespace {
@@ -84,18 +85,14 @@ TEST(LdpFecFilter, FirstMatchDecides) {
 TEST(LdpFecFilter, FactoryAndPrefixList) {
    Zon::Ptr<Ldp::LdpFecFilter> filter = Zon::validPtr(Ldp::ldpFecFilterFactory("f"));
    EXPECT_EQ(filter->name(), "f");
-   EXPECT_EQ(filter->prefixList(), nullptr);
-   struct Count : Ldp::LdpFecFilter::Notifiee {
-      int n = 0;
-      void onPrefixList() override { ++n; }
-   } count;
-   count.notifierIs(filter.ptr());
+   LdpTest::expectAttrs(*filter, {{"prefixList", "None"}});
+   Zon::AttrRecorder r(filter.ptr());
    Zon::Ptr<Acl::PrefixList const> list = listOf({});
    filter->prefixListIs(list);
    filter->prefixListIs(list);
-   EXPECT_EQ(count.n, 1);
+   EXPECT_EQ(r.records(), LdpTest::Records{"prefixList"});
    filter->prefixListIs(nullptr);
-   EXPECT_EQ(count.n, 2);
+   EXPECT_EQ(r.take(), (LdpTest::Records{"prefixList", "prefixList"}));
 }
 
 TEST(LdpFecFilter, NonPrefixFecReadsAnEmptyPrefix) {

@@ -71,6 +71,8 @@ def value_header(value, info):
         out.append(f"{I}static {cls} fromString(std::string_view text);")
     if value_option(value, "hash"):
         out.append(f"{I}std::size_t hash() const noexcept; // hand-written")
+    out.append(f"{I}// Visits each field with its value's text (zon/Reflect.h).")
+    out.append(f"{I}void attrsVisit(Zon::AttrVisitor & visitor) const;")
     out.append("")
     out.append(f"{I}bool operator==({cls} const &) const = default;")
     if value_option(value, "ordered"):
@@ -99,6 +101,13 @@ def value_source(value, info):
         text = "\n".join([f'return Zon::ValueText("{qualified}")'] + [f"    {f}" for f in chain]
                          + ["    .str();"])
     out = body(f"Zon::String8 {cls}::stringValue() const", text.split("\n"), "") + [""]
+    rows = [(f.name, "field", " ".join(f.types), "Zon::noAttrId", n.member(f.name)) for f in value.fields()]
+    rows += [(m.name, "const", " ".join(m.types), "Zon::noAttrId", f"{cls}::{m.name}")
+             for m in value.members if m.kind == "const"]
+    out += attr_table(cls, rows)
+    out += body(f"void {cls}::attrsVisit(Zon::AttrVisitor & visitor) const",
+                [f"visitor.attr({table_name(cls)}[{i}], Zon::attrText({r[4]}));" for i, r in enumerate(rows)]
+                or ["static_cast<void>(visitor);"], "") + [""]
     if value_option(value, "parse"):
         lines = [f'Zon::ValueTextReader reader(text, "{qualified}");', f"{cls} v;"]
         for f in value.fields():
@@ -127,6 +136,11 @@ def entity_header(entity, info):
     params = entity.ctor_params()
     explicit = "explicit " if len(params) == 1 else ""
     out.append(f"{I}{explicit}{cls}({', '.join(f'{info.param(t)} {p}' for t, p in params)});")
+    out += ["", f"{I}// Reflection (zon/Reflect.h).",
+            f"{I}void attrsVisit(Zon::AttrVisitor & visitor) const override;",
+            f"{I}Zon::AttrInfo const * attrInfo(Zon::AttrId attr) const noexcept override;"]
+    if keyed_members(entity):
+        out.append(f"{I}std::string attrKeyText(Zon::AttrId attr, void const * key) const override;")
     for m in entity.members:
         code = EMITTERS[m.kind].public(m, c)
         if code:
@@ -184,6 +198,7 @@ def entity_source(entity, info):
         out.append("")
     for m in entity.members:
         out += EMITTERS[m.kind].source(m, c)
+    out += entity_reflection(entity, c)
     cases = []
     for m in entity.members:
         emitter = EMITTERS[m.kind]
@@ -194,13 +209,65 @@ def entity_source(entity, info):
     return out + [""]
 
 
+# Reflection -----------------------------------------------------------------
+
+def table_name(cls):
+    return f"attrsOf{cls}"
+
+
+def attr_table(cls, rows):
+    """The static table of one class's attributes: (name, kind, type, id, value)."""
+    if not rows:
+        return []
+    out = ["namespace {", f"constexpr Zon::AttrInfo {table_name(cls)}[] = {{"]
+    out += [f'{I}{{"{name}", "{kind}", "{typ}", {aid}}},' for name, kind, typ, aid, _ in rows]
+    return out + ["};", "} // namespace", ""]
+
+
+def reflected(entity):
+    return [m for m in entity.members if EMITTERS[m.kind].reflect_kind]
+
+
+def keyed_members(entity):
+    return [m for m in entity.members if EMITTERS[m.kind].has_id and EMITTERS[m.kind].key_type(m)]
+
+
+def entity_reflection(entity, c):
+    cls, base = entity.name, base_of(entity)
+    rows = []
+    for m in reflected(entity):
+        e = EMITTERS[m.kind]
+        aid = f"{cls}::Attr::{m.name}" if e.has_id else "Zon::noAttrId"
+        rows.append((m.name, e.reflect_kind, e.reflect_type(m), aid, e.reflect_value(m, c)))
+    out = attr_table(cls, rows)
+    visits = [f"{base}::attrsVisit(visitor);"]
+    visits += [f"visitor.attr({table_name(cls)}[{i}], Zon::attrText({r[4]}));" for i, r in enumerate(rows)]
+    out += body(f"void {cls}::attrsVisit(Zon::AttrVisitor & visitor) const", visits, "") + [""]
+    lookup = []
+    if any(r[3] != "Zon::noAttrId" for r in rows):
+        lookup = [f"for (Zon::AttrInfo const & a : {table_name(cls)}) {{", f"{I}if (a.id == attr) {{",
+                  f"{I}{I}return &a;", f"{I}}}", "}"]
+    out += body(f"Zon::AttrInfo const * {cls}::attrInfo(Zon::AttrId attr) const noexcept",
+                lookup + [f"return {base}::attrInfo(attr);"], "") + [""]
+    keyed = keyed_members(entity)
+    if keyed:
+        cases = []
+        for m in keyed:
+            k = EMITTERS[m.kind].key_type(m)
+            cases += [f" case Attr::{m.name}:", f"{I}return Zon::plainText(*static_cast<{k} const *>(key));"]
+        out += body(f"std::string {cls}::attrKeyText(Zon::AttrId attr, void const * key) const",
+                    ["switch (attr) {"] + cases + [" default:", f"{I}return {base}::attrKeyText(attr, key);", "}"],
+                    "") + [""]
+    return out
+
+
 # Files ----------------------------------------------------------------------
 
 def header(schema):
     info = TypeInfo(schema)
     kinds = {m.kind for e in schema.entities for m in e.members}
     out = [banner(schema)] + comment(schema.doc) + ["#pragma once", "", "#include <cstddef>", "#include <cstdint>",
-           "#include <string_view>", ""]
+           "#include <string>", "#include <string_view>", ""]
     runtime = ["zon/Collection.h", "zon/Entity.h", "zon/Enum.h", "zon/Ptr.h", "zon/Seconds.h", "zon/String.h"]
     if "queue" in kinds:
         runtime.append("zon/LinkQueue.h")
@@ -226,8 +293,8 @@ def header(schema):
 
 def source(schema):
     info = TypeInfo(schema)
-    out = [banner(schema), f'#include "{schema.header()}"', "", "#include <utility>", "",
-           '#include "zon/Value.h"']
+    out = [banner(schema), f'#include "{schema.header()}"', "", "#include <string>", "#include <utility>", "",
+           '#include "zon/Reflect.h"', '#include "zon/Value.h"']
     if any(value_option(v, "parse") for v in schema.values):
         out.append('#include "zon/ValueParse.h"')
     out.append("")

@@ -59,6 +59,20 @@ def body(signature, lines, indent=I):
 
 class Kind:
     has_id = True
+    # Reflection: the kind's name in attribute tables (None: not an attribute).
+    reflect_kind = None
+
+    def reflect_type(self, m):
+        """The attribute's type as the schema writes it."""
+        return " ".join(m.types)
+
+    def reflect_value(self, m, c):
+        """The expression whose text is the attribute's value."""
+        return n.member(m.name)
+
+    def key_type(self, m):
+        """The type of the key that notifications of the attribute carry, if any."""
+        return None
 
     def public(self, m, c):
         return []
@@ -89,6 +103,10 @@ class Param(Kind):
     """A constructor parameter: read-only after construction."""
 
     has_id = False
+    reflect_kind = "param"
+
+    def reflect_value(self, m, c):
+        return "name()" if m.name == "name" else n.member(m.name)
 
     def public(self, m, c):
         if m.name == "name" or m.has("base"):  # held by Zon::Entity, by the base class
@@ -106,6 +124,7 @@ class Param(Kind):
 
 
 class Scalar(Kind):
+    reflect_kind = "scalar"
     def public(self, m, c):
         t, x = m.types[0], n.member(m.name)
         return short(f"{c.r(t)} {n.getter(m.name)}() const noexcept", f"return {x};") + body(
@@ -118,6 +137,7 @@ class Scalar(Kind):
 
 
 class Counter(Scalar):
+    reflect_kind = "counter"
     def public(self, m, c):
         out = super().public(m, c)
         ops = [(n.inc(m.name), "wrapAdd")] + ([(n.dec(m.name), "wrapSub")] if m.has("dec") else [])
@@ -137,6 +157,9 @@ class CollectionKind(Kind):
 
     def key(self, m):
         return m.types[0]
+
+    def key_type(self, m):
+        return self.key(m)
 
     def common(self, m, c):
         return [*short(f"{self.holder(m, c)} const & {n.getter(m.name)}() const noexcept", f"return {n.member(m.name)};"),
@@ -168,6 +191,7 @@ class CollectionKind(Kind):
 
 
 class Map(CollectionKind):
+    reflect_kind = "map"
     def holder(self, m, c):
         return f"Zon::ValueMap<{m.types[0]}, {m.types[1]}, {order(m)}>"
 
@@ -181,6 +205,7 @@ class Map(CollectionKind):
 
 
 class Set(CollectionKind):
+    reflect_kind = "set"
     def holder(self, m, c):
         return f"Zon::ValueSet<{m.types[0]}, {order(m)}>"
 
@@ -195,6 +220,8 @@ class Set(CollectionKind):
 
 class Counters(Map):
     """Keyed counters: a missing key is created at 0 before it is stepped."""
+
+    reflect_kind = "counters"
 
     def public(self, m, c):
         k, v, x = m.types[0], m.types[1], n.member(m.name)
@@ -212,6 +239,8 @@ class Counters(Map):
 
 class Coll(CollectionKind):
     """An instantiating collection of entities."""
+
+    reflect_kind = "coll"
 
     def element(self, m, c):
         return c.info.entity(m.types[1])
@@ -277,6 +306,8 @@ class Coll(CollectionKind):
 class Child(Kind):
     """A named single child, created by name."""
 
+    reflect_kind = "child"
+
     def public(self, m, c):
         e, x = m.types[0], n.member(m.name)
         return [*short(f"Zon::Ptr<{e} const> {n.getter(m.name)}() const noexcept", f"return {x}.get();"),
@@ -300,6 +331,11 @@ class Child(Kind):
 
 class Queue(Kind):
     """A FIFO link queue keyed by increasing 32-bit numbers."""
+
+    reflect_kind = "queue"
+
+    def key_type(self, m):
+        return "std::uint32_t"
 
     def public(self, m, c):
         v, x = m.types[0], n.member(m.name)
@@ -342,6 +378,10 @@ class Const(Kind):
     """A constant of the class: readable by name, never stored."""
 
     has_id = False
+    reflect_kind = "const"
+
+    def reflect_value(self, m, c):
+        return f"{c.cls}::{m.name}"
 
     def public(self, m, c):
         return [f"{I}static constexpr {m.types[0]} {m.name}{{{m.default}}};"]
