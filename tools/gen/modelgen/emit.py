@@ -225,7 +225,8 @@ def attr_table(cls, rows):
 
 
 def reflected(entity):
-    return [m for m in entity.members if EMITTERS[m.kind].reflect_kind]
+    # A parameter that the base holds is the base's attribute: listed there.
+    return [m for m in entity.members if EMITTERS[m.kind].reflect_kind and not m.has("base")]
 
 
 def keyed_members(entity):
