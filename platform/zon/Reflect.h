@@ -6,7 +6,8 @@
 // The text of an attribute is the generic value text (Value.h: True/False,
 // decimal numbers, quoted strings, enumerations by name, values by their
 // stringValue()), and for the holders:
-//    counted pointer      None, or the entity's name quoted
+//    counted pointer      None, or the entity's name quoted (the value's text for
+//                         a value, <object> for what has no text)
 //    named child          None, or the child's name quoted
 //    map, counters        {} or {key: value, ...}
 //    set, collection      {} or {key, ...} (a collection lists its elements' keys)
@@ -83,8 +84,10 @@ void appendAttrText(std::string & out, T const & v) {
          out += "None";
       } else if constexpr (requires { v->name(); }) {
          appendValueText(out, std::string_view(v->name()));
-      } else {
+      } else if constexpr (requires { v->stringValue(); }) {
          appendValueText(out, *v);
+      } else {
+         out += "<object>"; // held, but without a text of its own (a packet buffer)
       }
    } else if constexpr (std::is_same_v<T, std::string_view>) {
       appendValueText(out, v);

@@ -109,6 +109,9 @@ BAD = [
      "unexpected 'extra' after entity E; usage: entity <name> [: <base>[(<arguments>)]] [factory <function>]"),
     ("base arguments unclosed", "namespace T\nentity E : Base(name\n", 2, "unclosed '(' after base Base"),
     ("import missing", "namespace T\nimport gone.zon\n", 2, "cannot read import 'gone.zon': No such file or directory"),
+    ("inline without header", "namespace T\ninline\n", 2, "usage: inline <header>"),
+    ("inline of a schema", "namespace T\ninline lib.zon\n", 2,
+     "inline takes a hand-written header, not the schema 'lib.zon'"),
 ]
 
 

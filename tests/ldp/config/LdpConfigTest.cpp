@@ -78,7 +78,8 @@ TEST(LdpConfig, FreshRecordsHoldTheirDefaults) {
                       {"ldpProtoParam", "None"},
                    });
    expectAttrs(*Zon::makePtr<Statistics>("stats"),
-               {{"messageId", "0"}, {"fecCountUnfiltered", "0"}, {"fecCountFiltered", "0"}});
+               {{"messageId", "0"}, {"fecCountUnfiltered", "0"}, {"fecCountFiltered", "0"},
+                {"sessionStatisticsColl", "None"}});
    expectAttrs(LdpFecBindingInfo(), {{"inputLabel", "1048576"}, {"outputLabel", "1048576"}, {"nexthopIntfIp", "0.0.0.0"}});
 }
 

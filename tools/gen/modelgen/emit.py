@@ -225,8 +225,7 @@ def attr_table(cls, rows):
 
 
 def reflected(entity):
-    # A parameter that the base holds is the base's attribute: listed there.
-    return [m for m in entity.members if EMITTERS[m.kind].reflect_kind and not m.has("base")]
+    return [m for m in entity.members if EMITTERS[m.kind].reflects(m)]
 
 
 def keyed_members(entity):
@@ -289,6 +288,10 @@ def header(schema):
             q = f"{schema.namespace}::{v.name}"
             out += ["", "template <>", f"struct std::hash<{q}> {{",
                     f"{I}std::size_t operator()({q} const & v) const noexcept {{ return v.hash(); }}", "};"]
+    if schema.inlines:
+        # Hand-written inline behaviour needs the complete classes above.
+        out += ([] if out[-1] == "" else [""]) + ["// Inline behaviour written by hand beside the schema."]
+        out += [f'#include "{h}"' for h in schema.inlines]
     return "\n".join(out).rstrip() + "\n"
 
 

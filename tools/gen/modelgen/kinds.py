@@ -62,6 +62,10 @@ class Kind:
     # Reflection: the kind's name in attribute tables (None: not an attribute).
     reflect_kind = None
 
+    def reflects(self, m):
+        """Whether the member is listed among the entity's attributes."""
+        return self.reflect_kind is not None
+
     def reflect_type(self, m):
         """The attribute's type as the schema writes it."""
         return " ".join(m.types)
@@ -104,6 +108,9 @@ class Param(Kind):
 
     has_id = False
     reflect_kind = "param"
+
+    def reflects(self, m):
+        return not m.has("base")  # the base class lists what it holds
 
     def reflect_value(self, m, c):
         return "name()" if m.name == "name" else n.member(m.name)

@@ -122,6 +122,7 @@ class Schema:
     namespace: str = ""
     doc: List[str] = field(default_factory=list)  # the comment that opens the file
     includes: List[str] = field(default_factory=list)
+    inlines: List[str] = field(default_factory=list)  # included after the classes
     imports: List["Schema"] = field(default_factory=list)
     enums: List[Enum] = field(default_factory=list)
     values: List[Value] = field(default_factory=list)

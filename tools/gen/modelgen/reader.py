@@ -177,6 +177,13 @@ class Reader:
             self.arity(where, args, 1, "include <header>")
             schema.includes.append(args[0].strip('"'))
             return None
+        if keyword == "inline":
+            self.arity(where, args, 1, "inline <header>")
+            header = args[0].strip('"')
+            if header.endswith(".zon"):
+                raise where.error(f"inline takes a hand-written header, not the schema '{header}'")
+            schema.inlines.append(header)
+            return None
         if keyword == "import":
             self.arity(where, args, 1, "import <schema path>")
             schema.imports.append(self.read(args[0].strip('"'), where))
