@@ -10,7 +10,8 @@
 //                         a value, <object> for what has no text)
 //    named child          None, or the child's name quoted
 //    map, counters        {} or {key: value, ...}
-//    set, collection      {} or {key, ...} (a collection lists its elements' keys)
+//    set, collection      {} or {key, ...} (a collection lists its elements' keys,
+//                         and so do references to entities owned elsewhere)
 //    queue                {} or {sequence: value, ...}
 // Entries of ordered holders and queues keep their order; those of hashed ones
 // are sorted by their text, so that the text does not depend on the hash.
@@ -24,6 +25,7 @@
 #include <utility>
 #include <vector>
 
+#include "zon/BoundedQueue.h"
 #include "zon/Collection.h"
 #include "zon/Entity.h"
 #include "zon/LinkQueue.h"
@@ -113,6 +115,17 @@ std::string attrText(ValueMap<K, V, Order> const & m) {
    return detail::braced(entries);
 }
 
+// The keys of a map alone: the text of references to entities owned elsewhere.
+template <typename K, typename V, typename Order>
+std::string keysText(ValueMap<K, V, Order> const & m) {
+   std::vector<std::string> entries;
+   for (auto const & kv : m) {
+      entries.push_back(attrText(kv.first));
+   }
+   detail::finishEntries<Order>(entries);
+   return detail::braced(entries);
+}
+
 template <typename K, typename Order>
 std::string attrText(ValueSet<K, Order> const & s) {
    std::vector<std::string> entries;
@@ -144,6 +157,13 @@ std::string attrText(LinkQueue<V> const & q) {
    for (auto const & [k, v] : q) {
       entries.push_back(attrText(k) + ": " + attrText(v));
    }
+   return detail::braced(entries);
+}
+
+template <typename V>
+std::string attrText(BoundedQueue<V> const & q) {
+   std::vector<std::string> entries;
+   q.forEach([&](std::uint32_t k, V const & v) { entries.push_back(attrText(k) + ": " + attrText(v)); });
    return detail::braced(entries);
 }
 

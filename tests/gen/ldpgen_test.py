@@ -41,14 +41,14 @@ BAD = [
      "indented member line outside an enum, value or entity"),
     ("unknown attribute kind", "namespace T\nentity E\n   scalr x u8\n", 3,
      "unknown attribute kind 'scalr' (known: param, scalar, counter, map, set, counters, coll, child, "
-     "queue, const, method)"),
+     "queue, refs, const, method)"),
     ("map without value type", "namespace T\nentity E\n   map m u32\n", 3,
      "usage: map <name> <key type> <value type> [ordered]"),
     ("unknown option", "namespace T\nentity E\n   map m u32 u8 sorted\n", 3,
      "unknown option 'sorted' for map (known: ordered)"),
     ("default on a collection", "namespace T\nentity E\n   set s u32 = 1\n", 3, "set takes no default"),
     ("constant without value", "namespace T\nentity E\n   const c u8\n", 3,
-     "const c needs a value: const <name> <type> = <value>"),
+     "const c needs a value: const <name> <type> [getter] = <value>"),
     ("bad name", "namespace T\nentity E\n   scalar 2x u8\n", 3, "'2x' is not a valid name"),
     ("bad type", "namespace T\nentity E\n   scalar x u8-bit\n", 3, "'u8-bit' is not a valid type"),
     ("reserved name", "namespace T\nentity E\n   scalar parent u8\n", 3, "'parent' is reserved by the runtime"),
@@ -75,8 +75,8 @@ BAD = [
      "coll c needs an entity with a key parameter; Named has none"),
     ("collection keyed by another type", "namespace T\nimport lib.zon\nentity E\n   coll c u16 Keyed\n", 4,
      "coll c is keyed by std::uint16_t but the key id of Keyed is std::uint32_t"),
-    ("child with parameters", "namespace T\nimport lib.zon\nentity E\n   child k Keyed\n", 4,
-     "child k needs an entity made by name alone; Keyed has parameters"),
+    ("child of a keyed entity", "namespace T\nimport lib.zon\nentity E\n   child k Keyed\n", 4,
+     "child k needs an entity made with a name; Keyed is keyed"),
     ("base with parameters", "namespace T\nimport lib.zon\nentity E : Keyed\n", 3,
      "base Keyed must be made by name alone; it has parameters"),
     ("base-held key", "namespace T\nentity E : Named\n   param k u8 key base\n", 3,
@@ -106,7 +106,22 @@ BAD = [
     ("bad method", "namespace T\nentity E\n   method oops\n", 3,
      "usage: method <C++ declaration>, such as: method void f(int n) const"),
     ("entity header", "namespace T\nentity E extra\n", 2,
-     "unexpected 'extra' after entity E; usage: entity <name> [: <base>[(<arguments>)]] [factory <function>]"),
+     "unexpected 'extra' after entity E; usage: entity <name> [: <base>[(<arguments>)]] [factory <function>] "
+     "[unnamed]"),
+    ("unnamed entity with a key", "namespace T\nentity E unnamed\n   param id u32 key\n", 2,
+     "entity E is unnamed and so cannot have the key 'id'"),
+    ("queue capacity without a number", "namespace T\nentity E\n   queue q u32 capacity\n", 3,
+     "capacity needs a number of at least 1: queue <name> <value type> [capacity <n>]"),
+    ("queue capacity of zero", "namespace T\nentity E\n   queue q u32 capacity 0\n", 3,
+     "capacity needs a number of at least 1: queue <name> <value type> [capacity <n>]"),
+    ("unknown collection option", "namespace T\nimport lib.zon\nentity E\n   coll c u32 Keyed replaces\n", 4,
+     "unknown option 'replaces' for coll (known: ordered, replace)"),
+    ("references to an unkeyed entity", "namespace T\nimport lib.zon\nentity E\n   refs r Named = \"no\"\n", 4,
+     "refs r needs an entity with a key parameter, not 'Named'"),
+    ("references without their null text", "namespace T\nimport lib.zon\nentity E\n   refs r Keyed\n", 4,
+     "refs r needs a value: refs <name> <entity type> [ordered] = <null text>"),
+    ("references with a null text that is no literal", "namespace T\nimport lib.zon\nentity E\n   refs r Keyed = no\n",
+     4, "refs r needs the text of its null-argument error as a C++ string literal after '='"),
     ("base arguments unclosed", "namespace T\nentity E : Base(name\n", 2, "unclosed '(' after base Base"),
     ("import missing", "namespace T\nimport gone.zon\n", 2, "cannot read import 'gone.zon': No such file or directory"),
     ("inline without header", "namespace T\ninline\n", 2, "usage: inline <header>"),
@@ -143,6 +158,24 @@ class BadSchemas(unittest.TestCase):
                 f.write("namespace T\nimport lib.zon\n")
             self.assertEqual(run(root, "top.zon"),
                              (1, "lib.zon:3: usage: scalar <name> <type> [= <default>]\n"))
+
+
+    def test_import_cycle_names_every_import_line(self):
+        # top imports a, a imports b, b imports a again: the cycle is a -> b -> a.
+        files = {"top.zon": "namespace T\nimport a.zon\n",
+                 "a.zon": "namespace T\n# the shared part\nimport b.zon\n",
+                 "b.zon": "namespace T\nimport lib.zon\nimport a.zon\n",
+                 "lib.zon": LIB}
+        with tempfile.TemporaryDirectory() as root:
+            for name, text in files.items():
+                with open(os.path.join(root, name), "w") as f:
+                    f.write(text)
+            self.assertEqual(run(root, "top.zon"),
+                             (1, "b.zon:3: import cycle: a.zon:3 imports b.zon, b.zon:3 imports a.zon\n"))
+            # A schema that imports itself.
+            with open(os.path.join(root, "self.zon"), "w") as f:
+                f.write("namespace T\nimport self.zon\n")
+            self.assertEqual(run(root, "self.zon"), (1, "self.zon:2: import cycle: self.zon:2 imports self.zon\n"))
 
 
 class Output(unittest.TestCase):

@@ -180,7 +180,10 @@ def entity_source(entity, info):
     cls = entity.name
     params = entity.ctor_params()
     key = entity.key()
-    name_expr = "name" if key is None or entity.names_itself() else f"Zon::nameOf({key.name})"
+    if entity.unnamed:
+        name_expr = "Zon::Name()"
+    else:
+        name_expr = "name" if key is None or entity.names_itself() else f"Zon::nameOf({key.name})"
     if entity.base_args is not None:
         # In the base's arguments, `name` stands for the entity's name.
         args = re.sub(r"\bname\b", name_expr, entity.base_args)
@@ -191,7 +194,8 @@ def entity_source(entity, info):
                            if p.name != "name" and not p.has("base")]
     sig = ", ".join(f"{info.param(t)} {p}" for t, p in params)
     hand = entity.hand_written()
-    out = [] if "constructor" in hand else [f"{cls}::{cls}({sig})", f"{I}: {', '.join(inits)} {{}}", ""]
+    ctor_body = "{ constructed(); }" if "constructed" in hand else "{}"
+    out = [] if "constructor" in hand else [f"{cls}::{cls}({sig})", f"{I}: {', '.join(inits)} {ctor_body}", ""]
     if entity.factory and "factory" not in hand:
         args = ", ".join(p for _, p in params)
         out += body(f"Zon::Ptr<{cls}> {entity.factory}({sig})", [f"return Zon::Ptr<{cls}>(new {cls}({args}));"], "")
@@ -238,10 +242,10 @@ def entity_reflection(entity, c):
     for m in reflected(entity):
         e = EMITTERS[m.kind]
         aid = f"{cls}::Attr::{m.name}" if e.has_id else "Zon::noAttrId"
-        rows.append((m.name, e.reflect_kind, e.reflect_type(m), aid, e.reflect_value(m, c)))
+        rows.append((m.name, e.reflect_kind, e.reflect_type(m), aid, e.reflect_text(m, c)))
     out = attr_table(cls, rows)
     visits = [f"{base}::attrsVisit(visitor);"]
-    visits += [f"visitor.attr({table_name(cls)}[{i}], Zon::attrText({r[4]}));" for i, r in enumerate(rows)]
+    visits += [f"visitor.attr({table_name(cls)}[{i}], {r[4]});" for i, r in enumerate(rows)]
     out += body(f"void {cls}::attrsVisit(Zon::AttrVisitor & visitor) const", visits, "") + [""]
     lookup = []
     if any(r[3] != "Zon::noAttrId" for r in rows):
@@ -271,6 +275,8 @@ def header(schema):
     runtime = ["zon/Collection.h", "zon/Entity.h", "zon/Enum.h", "zon/Ptr.h", "zon/Seconds.h", "zon/String.h"]
     if "queue" in kinds:
         runtime.append("zon/LinkQueue.h")
+        if any(m.kind == "queue" and "capacity" in m.numbers for e in schema.entities for m in e.members):
+            runtime.append("zon/BoundedQueue.h")
     includes = sorted(set(runtime + schema.includes + [s.header() for s in schema.imports]))
     out += [f'#include "{h}"' if not h.startswith("<") else f"#include {h}" for h in includes]
     out += ["", f"namespace {schema.namespace} {{", ""]
@@ -298,7 +304,7 @@ def header(schema):
 def source(schema):
     info = TypeInfo(schema)
     out = [banner(schema), f'#include "{schema.header()}"', "", "#include <string>", "#include <utility>", "",
-           '#include "zon/Reflect.h"', '#include "zon/Value.h"']
+           '#include "zon/Exception.h"', '#include "zon/Reflect.h"', '#include "zon/Value.h"']
     if any(value_option(v, "parse") for v in schema.values):
         out.append('#include "zon/ValueParse.h"')
     out.append("")

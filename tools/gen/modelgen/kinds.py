@@ -74,6 +74,10 @@ class Kind:
         """The expression whose text is the attribute's value."""
         return n.member(m.name)
 
+    def reflect_text(self, m, c):
+        """The expression that gives the attribute's text."""
+        return f"Zon::attrText({self.reflect_value(m, c)})"
+
     def key_type(self, m):
         """The type of the key that notifications of the attribute carry, if any."""
         return None
@@ -300,10 +304,16 @@ class Coll(CollectionKind):
         out = body(f"Zon::Ptr<{e}> {c.cls}::{n.setter(m.name)}({sig})",
                    [f"if (Zon::Ptr<{e}> e = {x}.find({key})) {{"] + [I + l for l in checks]
                    + [f"{I}return e;", "}", f"return {self.insert_name(m)}({args});"], "") + [""]
-        # newX is create-or-get too: an existing element (with the same constructor
-        # parameters) is returned as it is, never replaced by a fresh one.
-        out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
-                    [f"return {n.setter(m.name)}({args});"], "") + [""]
+        if m.has("replace"):
+            # newX makes a fresh element, whatever the collection held under its key:
+            # the old element is unlinked, and observers hear the key once.
+            out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
+                        [f"return {self.insert_name(m)}({args});"], "") + [""]
+        else:
+            # newX is create-or-get too: an existing element (with the same constructor
+            # parameters) is returned as it is, never replaced by a fresh one.
+            out += body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
+                        [f"return {n.setter(m.name)}({args});"], "") + [""]
         out += body(f"Zon::Ptr<{e}> {c.cls}::{self.insert_name(m)}({sig})",
                     [f"Zon::Ptr<{e}> e = {c.make(e, args)};", f"{x}.insert({key}, e, this);",
                      f"notify({c.attr(m)}, &{key});", "return e;"], "") + [""]
@@ -311,16 +321,26 @@ class Coll(CollectionKind):
 
 
 class Child(Kind):
-    """A named single child, created by name."""
+    """A named single child, created by name (and the element's other constructor
+    parameters, if it has any)."""
 
     reflect_kind = "child"
 
+    def params(self, m, c):
+        """The element's constructor parameters after its name."""
+        element = c.info.entity(m.types[0])
+        return element.ctor_params()[1:] if element is not None else []
+
+    def signature(self, m, c):
+        return ", ".join(["Zon::Name const & name"] + [f"{c.p(t)} {p}" for t, p in self.params(m, c)])
+
     def public(self, m, c):
         e, x = m.types[0], n.member(m.name)
+        sig = self.signature(m, c)
         return [*short(f"Zon::Ptr<{e} const> {n.getter(m.name)}() const noexcept", f"return {x}.get();"),
                 *short(f"Zon::Ptr<{e}> {n.getter(m.name)}() noexcept", f"return {x}.get();"),
-                f"{I}Zon::Ptr<{e}> {n.setter(m.name)}(Zon::Name const & name);",
-                f"{I}Zon::Ptr<{e}> {n.creator(m.name)}(Zon::Name const & name);"] + body(
+                f"{I}Zon::Ptr<{e}> {n.setter(m.name)}({sig});",
+                f"{I}Zon::Ptr<{e}> {n.creator(m.name)}({sig});"] + body(
             f"void {n.deleter(m.name)}()", notify_if(f"{x}.reset()", c.attr(m), None, ""))
 
     def member(self, m, c):
@@ -328,25 +348,40 @@ class Child(Kind):
 
     def source(self, m, c):
         e, x = m.types[0], n.member(m.name)
-        return (body(f"Zon::Ptr<{e}> {c.cls}::{n.setter(m.name)}(Zon::Name const & name)",
-                     [f"if ({x} && {x}.ptr()->name() == name) {{", f"{I}return {x}.get();", "}",
-                      f"return {n.creator(m.name)}(name);"], "") + [""]
-                + body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}(Zon::Name const & name)",
-                       [f"Zon::Ptr<{e}> e = {c.make(e, 'name')};", f"{x}.set(e, this);",
+        sig = self.signature(m, c)
+        params = [p for _, p in self.params(m, c)]
+        same = " && ".join([f"{x}.ptr()->name() == name"] + [f"{x}.ptr()->{p}() == {p}" for p in params])
+        args = ", ".join(["name"] + params)
+        # xIs keeps a child of that name (and those parameters); anything else is
+        # replaced by a fresh child.
+        return (body(f"Zon::Ptr<{e}> {c.cls}::{n.setter(m.name)}({sig})",
+                     [f"if ({x} && {same}) {{", f"{I}return {x}.get();", "}",
+                      f"return {n.creator(m.name)}({args});"], "") + [""]
+                + body(f"Zon::Ptr<{e}> {c.cls}::{n.creator(m.name)}({sig})",
+                       [f"Zon::Ptr<{e}> e = {c.make(e, args)};", f"{x}.set(e, this);",
                         f"notify({c.attr(m)});", "return e;"], "") + [""])
 
 
 class Queue(Kind):
-    """A FIFO link queue keyed by increasing 32-bit numbers."""
+    """A FIFO queue keyed by increasing 32-bit numbers: a link queue, or with
+    `capacity n` a ring of at most n elements that evicts its oldest when full."""
 
     reflect_kind = "queue"
 
     def key_type(self, m):
         return "std::uint32_t"
 
+    def holder(self, m):
+        cls = "BoundedQueue" if "capacity" in m.numbers else "LinkQueue"
+        return f"Zon::{cls}<{m.types[0]}>"
+
+    def reflect_type(self, m):
+        cap = m.numbers.get("capacity")
+        return m.types[0] + (f" capacity {cap}" if cap else "")
+
     def public(self, m, c):
         v, x = m.types[0], n.member(m.name)
-        return [*short(f"Zon::LinkQueue<{v}> const & {n.getter(m.name)}() const noexcept", f"return {x};"),
+        return [*short(f"{self.holder(m)} const & {n.getter(m.name)}() const noexcept", f"return {x};"),
                 *short(f"{v} {n.getter(m.name)}(std::uint32_t key) const", f"return {x}.value(key);"),
                 *short(f"std::size_t {n.count(m.name)}() const noexcept", f"return {x}.size();"),
                 f"{I}std::uint32_t {n.enqueue(m.name)}({c.p(v)} v);",
@@ -355,12 +390,20 @@ class Queue(Kind):
                 f"{I}void {n.delete_all(m.name)}();"]
 
     def member(self, m, c):
-        return [f"{I}Zon::LinkQueue<{m.types[0]}> {n.member(m.name)};"]
+        cap = m.numbers.get("capacity")
+        return [f"{I}{self.holder(m)} {n.member(m.name)}{{{cap}}};" if cap else f"{I}{self.holder(m)} {n.member(m.name)};"]
 
     def source(self, m, c):
         v, x, a = m.types[0], n.member(m.name), c.attr(m)
+        enq = []
+        if "capacity" in m.numbers:
+            # A full queue drops its oldest element first, unless no key is left to
+            # give the new one (then nothing changes and the enqueue fails).
+            enq = [f"if ({x}.full() && {x}.nextKey() < {self.holder(m)}::keySpace) {{",
+                   f"{I}std::uint32_t const oldest = {x}.dequeue()->first;",
+                   f"{I}notify({a}, &oldest);", "}"]
         return (body(f"std::uint32_t {c.cls}::{n.enqueue(m.name)}({c.p(v)} v)",
-                     [f"std::uint32_t const key = {x}.enqueue(v);", f"notify({a}, &key);", "return key;"], "")
+                     enq + [f"std::uint32_t const key = {x}.enqueue(v);", f"notify({a}, &key);", "return key;"], "")
                 + [""]
                 + body(f"{v} {c.cls}::{n.dequeue(m.name)}()",
                        [f"auto head = {x}.dequeue();", "if (!head) {", f"{I}return {v}{{}};", "}",
@@ -381,6 +424,41 @@ class Queue(Kind):
         return self.key_dispatch(m, "std::uint32_t")
 
 
+class Refs(CollectionKind):
+    """Counted, read-only references to entities owned elsewhere, keyed by each
+    entity's own key. Storing one never touches the entity's parent; a null
+    argument is refused with the text the schema gives."""
+
+    reflect_kind = "refs"
+
+    def reflect_text(self, m, c):
+        return f"Zon::keysText({n.member(m.name)})"
+
+    def element(self, m, c):
+        return c.info.entity(m.types[0])
+
+    def key(self, m):
+        return m.key_type
+
+    def holder(self, m, c):
+        return f"Zon::ValueMap<{m.key_type}, Zon::Ptr<{m.types[0]} const>, {order(m)}>"
+
+    def public(self, m, c):
+        e, k, x = m.types[0], m.key_type, n.member(m.name)
+        return ([*short(f"Zon::Ptr<{e} const> {n.getter(m.name)}({c.p(k)} key) const", f"return {x}.value(key);"),
+                 f"{I}void {n.setter(m.name)}(Zon::Ptr<{e} const> const & e);",
+                 *short(f"void {n.creator(m.name)}(Zon::Ptr<{e} const> const & e)", f"{n.setter(m.name)}(e);")]
+                + self.common(m, c))
+
+    def source(self, m, c):
+        e, x = m.types[0], n.member(m.name)
+        key = self.element(m, c).key().name
+        out = body(f"void {c.cls}::{n.setter(m.name)}(Zon::Ptr<{e} const> const & e)",
+                   ["if (!e) {", f"{I}throw Zon::RangeException({m.default});", "}",
+                    f"auto const & key = e->{key}();"] + notify_if(f"{x}.set(key, e)", c.attr(m), "key", ""), "")
+        return out + [""] + super().source(m, c)
+
+
 class Const(Kind):
     """A constant of the class: readable by name, never stored."""
 
@@ -388,10 +466,15 @@ class Const(Kind):
     reflect_kind = "const"
 
     def reflect_value(self, m, c):
-        return f"{c.cls}::{m.name}"
+        return f"{c.cls}::{m.name}()" if m.has("getter") else f"{c.cls}::{m.name}"
 
     def public(self, m, c):
-        return [f"{I}static constexpr {m.types[0]} {m.name}{{{m.default}}};"]
+        t = m.types[0]
+        if not m.has("getter"):
+            return [f"{I}static constexpr {t} {m.name}{{{m.default}}};"]
+        if c.info.by_value(t):
+            return [f"{I}static constexpr {t} {m.name}() noexcept {{ return {t}{{{m.default}}}; }}"]
+        return [f"{I}static {t} {m.name}() {{ return {t}{{{m.default}}}; }}"]
 
     def handler(self, m, c):
         return None
@@ -403,9 +486,15 @@ class Method(Kind):
     has_id = False
 
     def public(self, m, c):
-        if m.text == m.name:  # the constructor or the factory: declared where they belong
+        if m.text == m.name:  # the constructor, the factory, the hook: declared where they belong
             return []
         return [f"{I}{m.text};"]
+
+    def private_decls(self, m, c):
+        if m.text == "constructed":
+            return [f"{I}// Written by hand; the constructor calls it last (children made at birth,",
+                    f"{I}// an initial member, a check of the key).", f"{I}void constructed();"]
+        return []
 
     def handler(self, m, c):
         return None
@@ -421,6 +510,7 @@ EMITTERS = {
     "coll": Coll(),
     "child": Child(),
     "queue": Queue(),
+    "refs": Refs(),
     "const": Const(),
     "method": Method(),
 }

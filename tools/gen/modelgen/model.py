@@ -64,6 +64,8 @@ class Member:
     default: Optional[str] = None
     text: str = ""  # the declaration of a method; the field of a bit view
     doc: List[str] = field(default_factory=list)  # comment lines written above it
+    numbers: dict = field(default_factory=dict)  # numbered options: {"capacity": 10}
+    key_type: str = ""  # refs: the key type of the referenced entity
 
     def has(self, option):
         return option in self.options
@@ -88,6 +90,7 @@ class Entity:
     base: Optional[str] = None       # base class, as written
     base_args: Optional[str] = None  # its constructor arguments, as written
     factory: Optional[str] = None
+    unnamed: bool = False  # no name: made from its parameters alone
     members: List[Member] = field(default_factory=list)
     doc: List[str] = field(default_factory=list)
 
@@ -110,8 +113,8 @@ class Entity:
         return {m.name for m in self.members if m.kind == "method" and m.text == m.name}
 
     def ctor_params(self):
-        """Constructor parameters in order: a name first unless the entity is keyed."""
-        if self.key() is None:
+        """Constructor parameters in order: a name first unless the entity is keyed or unnamed."""
+        if self.key() is None and not self.unnamed:
             return [("Zon::Name", "name")] + [(p.types[0], p.name) for p in self.params()]
         return [(p.types[0], p.name) for p in self.params()]
 

@@ -95,6 +95,7 @@ def operations(name, kind):
         "coll": [getter, count, setter, creator, deleter, delete_all],
         "child": [getter, setter, creator, deleter],
         "queue": [getter, count, enqueue, dequeue, deleter, delete_all],
+        "refs": [getter, count, setter, creator, deleter, delete_all],
         "const": [getter],
         "field": [getter, setter],
         "bit": [getter, setter, bit_constant],
@@ -109,6 +110,7 @@ QUALIFIED = re.compile(r"^(::)?[A-Za-z_][A-Za-z0-9_]*(::[A-Za-z_][A-Za-z0-9_]*)*
 RESERVED = {
     "name", "parent", "parentIs", "observers", "notify", "ref", "unref", "references",
     "Attr", "attrCount", "Notifiee", "Hold", "stringValue", "fromString", "hash",
+    "attrsVisit", "attrInfo", "attrKeyText",
     "class", "struct", "enum", "namespace", "new", "delete", "default", "this", "const",
     "int", "bool", "void", "return", "template", "typename", "operator", "public", "private",
     "protected", "virtual", "static", "switch", "case", "if", "else", "for", "while", "do",

@@ -21,11 +21,14 @@ ENTITY_KINDS = {
     "map": (["key type", "value type"], ["ordered"], "no"),
     "set": (["key type"], ["ordered"], "no"),
     "counters": (["key type", "value type"], ["ordered", "dec"], "no"),
-    "coll": (["key type", "entity type"], ["ordered"], "no"),
+    "coll": (["key type", "entity type"], ["ordered", "replace"], "no"),
     "child": (["entity type"], [], "no"),
-    "queue": (["value type"], [], "no"),
-    "const": (["type"], [], "required"),
+    "queue": (["value type"], ["capacity"], "no"),
+    "refs": (["entity type"], ["ordered"], "required"),
+    "const": (["type"], ["getter"], "required"),
 }
+# Options followed by a number: `queue log Entry capacity 10`.
+NUMBERED_OPTIONS = {"capacity"}
 VALUE_KINDS = {
     "field": (["type"], [], "yes"),
     "const": (["type"], [], "required"),
@@ -34,8 +37,9 @@ VALUE_OPTIONS = ["parse", "ordered", "hash"]
 TYPE = re.compile(r"^(::)?[A-Za-z_][A-Za-z0-9_:<>, *&]*$")
 NUMBER = re.compile(r"^-?(0x[0-9A-Fa-f]+|[0-9]+)$")
 # `method constructor` and `method factory` (entities only): the generator
-# declares them and the .cpp beside the schema defines them.
-HAND_WRITTEN = ("constructor", "factory")
+# declares them and the .cpp beside the schema defines them. `method constructed`:
+# a hand-written hook that the generated constructor calls last.
+HAND_WRITTEN = ("constructor", "factory", "constructed")
 WIDTH = {"std::uint8_t": 8, "std::uint16_t": 16, "std::uint32_t": 32, "std::uint64_t": 64}
 
 
@@ -92,11 +96,11 @@ def usage(kind, columns):
     cols, options, default = columns
     text = f"{kind} <name> " + " ".join(f"<{c}>" for c in cols)
     if options:
-        text += " " + " ".join(f"[{o}]" for o in options)
+        text += " " + " ".join(f"[{o} <n>]" if o in NUMBERED_OPTIONS else f"[{o}]" for o in options)
     if default == "yes":
         text += " [= <default>]"
     elif default == "required":
-        text += " = <value>"
+        text += " = <null text>" if kind == "refs" else " = <value>"
     return text
 
 
@@ -106,13 +110,18 @@ class Reader:
     def __init__(self, root):
         self.root = root
         self.cache = {}
-        self.reading = []
+        self.reading = []  # the schemas being read, outermost first
+        self.importing = []  # where each of them imports the next
 
     def read(self, path, where=None):
         if path in self.cache:
             return self.cache[path]
         if path in self.reading:
-            raise where.error("import cycle: " + " -> ".join(self.reading + [path]))
+            # Every import line of the cycle, from the schema that closes it back to itself.
+            start = self.reading.index(path)
+            steps = [f"{w.path}:{w.line} imports {target}"
+                     for w, target in zip(self.importing[start:] + [where], self.reading[start + 1:] + [path])]
+            raise where.error("import cycle: " + ", ".join(steps))
         try:
             with open(os.path.join(self.root, path), encoding="utf-8") as f:
                 text = f.read()
@@ -121,8 +130,10 @@ class Reader:
                 raise SchemaError(path, 0, f"cannot read schema: {e.strerror}")
             raise where.error(f"cannot read import '{path}': {e.strerror}")
         self.reading.append(path)
-        schema = self.parse(path, text)
-        self.reading.pop()
+        try:
+            schema = self.parse(path, text)
+        finally:
+            self.reading.pop()
         self.cache[path] = schema
         return schema
 
@@ -186,7 +197,11 @@ class Reader:
             return None
         if keyword == "import":
             self.arity(where, args, 1, "import <schema path>")
-            schema.imports.append(self.read(args[0].strip('"'), where))
+            self.importing.append(where)
+            try:
+                schema.imports.append(self.read(args[0].strip('"'), where))
+            finally:
+                self.importing.pop()
             return None
         if keyword == "enum":
             self.arity(where, args, 2, "enum <name> <integer type>")
@@ -213,7 +228,7 @@ class Reader:
         raise where.error(f"unknown declaration '{keyword}' (member lines are indented)")
 
     def entity_header(self, schema, where, args):
-        use = "usage: entity <name> [: <base>[(<arguments>)]] [factory <function>]"
+        use = "usage: entity <name> [: <base>[(<arguments>)]] [factory <function>] [unnamed]"
         if not args:
             raise where.error(use)
         node = Entity(where, self.identifier(where, args[0]))
@@ -231,7 +246,10 @@ class Reader:
             if not naming.QUALIFIED.match(node.base):
                 raise where.error(f"'{node.base}' is not a valid base class")
             rest = rest[2:]
-        if rest and rest[0] == "factory":
+        while rest and rest[0] in ("factory", "unnamed"):
+            if rest[0] == "unnamed":
+                node.unnamed, rest = True, rest[1:]
+                continue
             if len(rest) < 2:
                 raise where.error(use)
             node.factory = self.identifier(where, rest[1])
@@ -287,18 +305,25 @@ class Reader:
             raise where.error(f"usage: {usage(kind, kinds[kind])}")
         name = self.identifier(where, args[0])
         types = [self.type(where, t) for t in args[1:1 + len(cols)]]
-        flags = args[1 + len(cols):]
-        for flag in flags:
+        flags, numbers = [], {}
+        rest = args[1 + len(cols):]
+        while rest:
+            flag, rest = rest[0], rest[1:]
             if flag not in options:
                 known = f" (known: {', '.join(options)})" if options else ""
                 raise where.error(f"unknown option '{flag}' for {kind}{known}")
+            if flag in NUMBERED_OPTIONS:
+                if not rest or not rest[0].isdigit() or int(rest[0]) < 1:
+                    raise where.error(f"{flag} needs a number of at least 1: {usage(kind, kinds[kind])}")
+                numbers[flag], rest = int(rest[0]), rest[1:]
+            flags.append(flag)
         if default is not None and default_rule == "no":
             raise where.error(f"{kind} takes no default")
         if default is None and default_rule == "required":
             raise where.error(f"{kind} {name} needs a value: {usage(kind, kinds[kind])}")
         if default == "":
             raise where.error(f"empty default for {name}")
-        block.members.append(Member(where, kind, name, types, flags, default))
+        block.members.append(Member(where, kind, name, types, flags, default, numbers=numbers))
 
     # Small helpers.
     @staticmethod
@@ -415,11 +440,23 @@ def check_entity(entity, info):
             if ekey.types[0] != m.types[0]:
                 raise m.where.error(f"coll {m.name} is keyed by {m.types[0]} but the key {ekey.name} "
                                     f"of {element.name} is {ekey.types[0]}")
+        if m.kind == "refs":
+            element = info.entity(m.types[0])
+            if element is None or element.key() is None:
+                raise m.where.error(f"refs {m.name} needs an entity with a key parameter, not '{m.types[0]}'")
+            m.key_type = element.key().types[0]
+            if not (m.default.startswith('"') and m.default.endswith('"') and len(m.default) >= 2):
+                raise m.where.error(f"refs {m.name} needs the text of its null-argument error as a C++ "
+                                    f"string literal after '='")
+        if m.kind == "queue" and "capacity" in m.numbers and m.numbers["capacity"] > 0xffffffff:
+            raise m.where.error(f"capacity of queue {m.name} exceeds 32 bits")
         if m.kind == "child":
             element = info.entity(m.types[0])
-            if element is not None and element.params():
-                raise m.where.error(f"child {m.name} needs an entity made by name alone; "
-                                    f"{element.name} has parameters")
+            if element is not None and (element.key() is not None or element.unnamed):
+                raise m.where.error(f"child {m.name} needs an entity made with a name; "
+                                    f"{element.name} is {'unnamed' if element.unnamed else 'keyed'}")
+    if entity.unnamed and key is not None:
+        raise entity.where.error(f"entity {entity.name} is unnamed and so cannot have the key '{key.name}'")
     if entity.base:
         base = info.entity(entity.base)
         if base is not None and base.params() and entity.base_args is None:
@@ -462,7 +499,7 @@ def ordered_entities(entities):
 
     def deps(e):
         for m in e.members:
-            if m.kind in ("coll", "child"):
+            if m.kind in ("coll", "child", "refs"):
                 t = m.types[-1]
                 if t in by_name:
                     yield by_name[t]

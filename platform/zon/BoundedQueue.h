@@ -1,0 +1,161 @@
+// A FIFO queue of at most `capacity` elements keyed by an increasing unsigned
+// 32-bit number, kept in a ring: after the first enqueue allocates the ring, no
+// operation allocates again, however often the queue turns over. Keys run 0, 1,
+// 2, ... in order of enqueueing and are never reused, not even after the queue
+// was emptied; when the key space is used up, enqueueing fails with
+// "linkqueue index space full". An enqueue on a full queue first removes the
+// oldest element (the owner tells its observers of both keys).
+//
+// An empty queue that never held anything is one pointer and the capacity.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "zon/Exception.h"
+
+namespace Zon {
+
+template <typename V>
+class BoundedQueue {
+   struct Slot {
+      std::uint32_t key = 0;
+      V value{};
+   };
+   struct Body {
+      explicit Body(std::uint32_t capacity) : slots(new Slot[capacity]) {}
+      std::unique_ptr<Slot[]> slots;
+      std::uint32_t head = 0; // index of the oldest slot
+      std::uint32_t size = 0;
+      std::uint64_t nextKey = 0; // 2^32 once the key space is used up
+      std::uint64_t dequeues = 0;
+   };
+
+ public:
+   using Key = std::uint32_t;
+   static constexpr std::uint64_t keySpace = std::uint64_t(1) << 32;
+
+   explicit BoundedQueue(std::uint32_t capacity) noexcept : capacity_(capacity) {}
+   BoundedQueue(BoundedQueue const &) = delete;
+   BoundedQueue & operator=(BoundedQueue const &) = delete;
+
+   std::uint32_t capacity() const noexcept { return capacity_; }
+   std::size_t size() const noexcept { return b_ ? b_->size : 0; }
+   bool empty() const noexcept { return size() == 0; }
+   bool full() const noexcept { return size() == capacity_; }
+
+   // The element of `k`, or null.
+   V const * find(Key k) const noexcept {
+      std::optional<std::uint32_t> i = indexOf(k);
+      return i ? &at(*i).value : nullptr;
+   }
+   V value(Key k) const {
+      V const * v = find(k);
+      return v ? *v : V{};
+   }
+   // Key of the oldest element; when empty, the key the next element will get.
+   Key headKey() const noexcept {
+      if (!b_) {
+         return 0;
+      }
+      return b_->size == 0 ? static_cast<Key>(b_->nextKey) : at(0).key;
+   }
+   // Key of the newest element; nothing when empty.
+   std::optional<Key> tailKey() const noexcept {
+      if (!b_ || b_->size == 0) {
+         return std::nullopt;
+      }
+      return at(b_->size - 1).key;
+   }
+   std::uint64_t nextKey() const noexcept { return b_ ? b_->nextKey : 0; }
+   std::uint64_t dequeues() const noexcept { return b_ ? b_->dequeues : 0; }
+
+   // Calls f(key, value) for each element, oldest first.
+   template <typename F>
+   void forEach(F && f) const {
+      for (std::uint32_t i = 0; i < size(); ++i) {
+         f(at(i).key, at(i).value);
+      }
+   }
+
+   // Appends `v` and returns its key. The queue must not be full (the owner
+   // dequeues first).
+   Key enqueue(V v) {
+      if (!b_) {
+         b_ = std::make_unique<Body>(capacity_);
+      }
+      if (b_->nextKey >= keySpace) {
+         throw RangeException("linkqueue index space full");
+      }
+      if (b_->size == capacity_) {
+         throw RangeException("bounded queue full");
+      }
+      Key const k = static_cast<Key>(b_->nextKey++);
+      Slot & s = at(b_->size++);
+      s.key = k;
+      s.value = std::move(v);
+      return k;
+   }
+   // Removes the oldest element and returns its key and value; nothing when empty.
+   std::optional<std::pair<Key, V>> dequeue() {
+      if (!b_ || b_->size == 0) {
+         return std::nullopt;
+      }
+      Slot & s = at(0);
+      std::pair<Key, V> out(s.key, std::move(s.value));
+      s.value = V{};
+      b_->head = (b_->head + 1) % capacity_;
+      --b_->size;
+      ++b_->dequeues;
+      return out;
+   }
+   // Removes the element of `k`, keeping the order of the others; false when absent.
+   bool erase(Key k) {
+      std::optional<std::uint32_t> i = indexOf(k);
+      if (!i) {
+         return false;
+      }
+      for (std::uint32_t j = *i; j + 1 < b_->size; ++j) {
+         at(j) = std::move(at(j + 1));
+      }
+      at(b_->size - 1).value = V{};
+      --b_->size;
+      return true;
+   }
+   // Removes every element, oldest first, calling f(key) after each removal.
+   template <typename F>
+   void eraseEach(F && f) {
+      while (b_ && b_->size != 0) {
+         Key const k = dequeue()->first;
+         --b_->dequeues; // a deletion, not a dequeue
+         f(k);
+      }
+   }
+
+ private:
+   Slot & at(std::uint32_t i) const noexcept { return b_->slots[(b_->head + i) % capacity_]; }
+   // The position of `k` from the oldest element; keys ascend, so a binary search.
+   std::optional<std::uint32_t> indexOf(Key k) const noexcept {
+      if (!b_) {
+         return std::nullopt;
+      }
+      std::uint32_t lo = 0, hi = b_->size;
+      while (lo < hi) {
+         std::uint32_t const mid = lo + (hi - lo) / 2;
+         if (at(mid).key < k) {
+            lo = mid + 1;
+         } else {
+            hi = mid;
+         }
+      }
+      return lo < b_->size && at(lo).key == k ? std::optional<std::uint32_t>(lo) : std::nullopt;
+   }
+
+   std::uint32_t capacity_;
+   std::unique_ptr<Body> b_;
+};
+
+} // namespace Zon
