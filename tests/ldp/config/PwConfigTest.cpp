@@ -49,18 +49,6 @@ TEST(PwConfigColl, PwTypeIsFixedForTheEntrysLife) {
    EXPECT_EQ(coll->configs(), 0u);
 }
 
-TEST(PwConfig, SettersNotifyOnlyRealChanges) {
-   auto pw = Zon::makePtr<PwConfigColl>("pw")->configIs(key, Pseudowire::PseudowireType::ethernet);
-   Zon::AttrRecorder r(pw.ptr());
-   pw->localLabelIs(Vorin::MplsLabel(Vorin::MplsLabel::none));
-   pw->statusIs(Pseudowire::PseudowireConnectorStatus::connectorStatusUnknown);
-   pw->localLabelIs(Vorin::MplsLabel(16));
-   pw->statusIs(Pseudowire::PseudowireConnectorStatus::connectorUp);
-   pw->groupIdIs(Pseudowire::GroupId(9));
-   pw->groupIdIs(Pseudowire::GroupId(9));
-   EXPECT_EQ(r.take(), (Records{"localLabel", "status", "groupId"}));
-}
-
 PwFecSessionId const session(LdpIdentifier(Vorin::IpAddr(5, 5, 5, 5), 0), Pseudowire::PseudowireType::ethernet,
                              Pseudowire::PseudowireId(100));
 
