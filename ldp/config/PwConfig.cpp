@@ -6,10 +6,9 @@
 
 namespace Ldp {
 
-PwFecSessionConfig::PwFecSessionConfig(PwFecSessionId const & pwFecSessionId, PwFecSessionMember initMember)
-    : Zon::Entity(Zon::nameOf(pwFecSessionId)), pwFecSessionId_(pwFecSessionId), initMember_(initMember) {
+void PwFecSessionConfig::constructed() {
    handlePwFecSessionId();
-   memberIs(initMember, true);
+   memberIs(initMember(), true);
 }
 
 void PwFecSessionConfig::handlePwFecSessionId() const { ZON_ASSERT(pwFecSessionId().isValid()); }

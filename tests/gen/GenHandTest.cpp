@@ -8,6 +8,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "support/ModelTables.h"
 #include "tests/gen/GenHand.h"
 
 namespace GenTest {
@@ -47,6 +48,16 @@ TEST(GenHand, TheHandWrittenConstructorFillsTheBase) {
    // The getters of base-held parameters are the base's own.
    static_assert(std::is_same_v<decltype(&Link::host), decltype(&GenTest::Endpoint::host)>);
    static_assert(std::is_same_v<decltype(&Link::peer), decltype(&GenTest::Endpoint::peer)>);
+}
+
+TEST(GenHand, BaseHeldParametersAreReflectedOnceByTheBase) {
+   auto l = Zon::makePtr<Links>("links")->linkIs(10, 20, 30, 7);
+   LdpTest::expectAttrs(*l, {{"host", "10"}, {"port", "20"}, {"peer", "30"}, {"id", "7"}, {"up", "False"}});
+   std::vector<std::string> names;
+   for (auto const & a : Zon::attrTexts(*l)) {
+      names.push_back(std::string(a.info.name));
+   }
+   EXPECT_EQ(names, (std::vector<std::string>{"host", "port", "peer", "id", "up"}));
 }
 
 TEST(GenHand, BaseHeldParametersAreComparedInOrder) {

@@ -9,62 +9,52 @@
 
 #include "ldp/config/LdpLink.h"
 #include "ldp/config/LdpTarget.h"
+#include "support/ModelTables.h"
 
 namespace {
 
 using namespace Ldp;
+using LdpTest::Records;
 using Strings = std::vector<std::string>;
 
 // The configuration sequence number of either common record, seen through the
 // operations the two records share.
 struct SeqNumRecord {
    char const * what;
+   Zon::Ptr<Zon::Entity> entity;
    std::function<std::uint32_t(std::uint32_t)> inc;
    std::function<void(std::uint32_t)> set;
-   std::function<std::uint32_t()> get;
-   int * heard;
 };
 
 TEST(LdpCommonConfig, ConfigSeqNumIncWrapsAndNotifiesOnlyOnChange) {
    auto link = Zon::makePtr<LdpLinkCommonConfig>("linkCommon");
    auto target = Zon::makePtr<LdpTargetCommonConfig>("targetCommon");
-   struct LinkCount : LdpLinkCommonConfig::Notifiee {
-      int n = 0;
-      void onConfigSeqNum() override { ++n; }
-   } linkCount;
-   struct TargetCount : LdpTargetCommonConfig::Notifiee {
-      int n = 0;
-      void onConfigSeqNum() override { ++n; }
-   } targetCount;
-   linkCount.notifierIs(link.ptr());
-   targetCount.notifierIs(target.ptr());
    SeqNumRecord const records[] = {
-      {"link", [&](std::uint32_t n) { return link->configSeqNumInc(n); },
-       [&](std::uint32_t v) { link->configSeqNumIs(v); }, [&] { return link->configSeqNum(); }, &linkCount.n},
-      {"target", [&](std::uint32_t n) { return target->configSeqNumInc(n); },
-       [&](std::uint32_t v) { target->configSeqNumIs(v); }, [&] { return target->configSeqNum(); },
-       &targetCount.n},
+      {"link", link, [&](std::uint32_t n) { return link->configSeqNumInc(n); },
+       [&](std::uint32_t v) { link->configSeqNumIs(v); }},
+      {"target", target, [&](std::uint32_t n) { return target->configSeqNumInc(n); },
+       [&](std::uint32_t v) { target->configSeqNumIs(v); }},
    };
    struct Step {
       std::uint32_t start, add, result;
-      int notifications;
+      Records heard;
    };
    Step const steps[] = {
-      {0, 0, 0, 0},
-      {0, 1, 1, 1},
-      {4294967295u, 0, 4294967295u, 0},
-      {4294967295u, 1, 0, 1},
-      {4294967290u, 10, 4, 1},
-      {7, 4294967295u, 6, 1},
+      {0, 0, 0, {}},
+      {0, 1, 1, {"configSeqNum"}},
+      {4294967295u, 0, 4294967295u, {}},
+      {4294967295u, 1, 0, {"configSeqNum"}},
+      {4294967290u, 10, 4, {"configSeqNum"}},
+      {7, 4294967295u, 6, {"configSeqNum"}},
    };
    for (auto const & r : records) {
       for (auto const & s : steps) {
          SCOPED_TRACE(std::string(r.what) + " " + std::to_string(s.start) + " + " + std::to_string(s.add));
          r.set(s.start);
-         *r.heard = 0;
+         Zon::AttrRecorder heard(r.entity.ptr());
          EXPECT_EQ(r.inc(s.add), s.result);
-         EXPECT_EQ(r.get(), s.result);
-         EXPECT_EQ(*r.heard, s.notifications);
+         LdpTest::expectAttrs(*r.entity, {{"configSeqNum", std::to_string(s.result)}}, LdpTest::Coverage::some);
+         EXPECT_EQ(heard.take(), s.heard);
       }
    }
 }
@@ -98,12 +88,7 @@ TEST(LdpLinkBaseConfig, DerivedRecordsShareTheBaseAttributes) {
 
 TEST(LdpLinkConfigColl, RecordsPerInterfaceAndOneCommonRecord) {
    auto coll = Zon::makePtr<LdpLinkConfigColl>("links");
-   struct Recorder : LdpLinkConfigColl::Notifiee {
-      Strings seen;
-      void onLdpLinkCommonConfig() override { seen.push_back("ldpLinkCommonConfig"); }
-      void onAdjLinkConfig(Vorin::IntfId const & k) override { seen.push_back("adjLinkConfig[" + k.stringValue() + "]"); }
-   } r;
-   r.notifierIs(coll.ptr());
+   Zon::AttrRecorder r(coll.ptr());
    auto eth1 = coll->newAdjLinkConfig("eth1");
    EXPECT_EQ(eth1->name(), "eth1");
    EXPECT_EQ(eth1->intfId(), Vorin::IntfId("eth1"));
@@ -118,7 +103,7 @@ TEST(LdpLinkConfigColl, RecordsPerInterfaceAndOneCommonRecord) {
    EXPECT_EQ(eth1->parent(), nullptr);
    coll->ldpLinkCommonConfigDel();
    EXPECT_EQ(coll->adjLinkConfigs(), 1u);
-   EXPECT_EQ(r.seen, (Strings{"adjLinkConfig[eth1]", "adjLinkConfig[eth2]", "ldpLinkCommonConfig",
+   EXPECT_EQ(r.take(), (Records{"adjLinkConfig[eth1]", "adjLinkConfig[eth2]", "ldpLinkCommonConfig",
                               "adjLinkConfig[eth1]", "ldpLinkCommonConfig"}));
 }
 
@@ -129,14 +114,7 @@ TEST(LdpTargetConfigColl, TargetsByAddressWithTheirMemberships) {
    EXPECT_EQ(t->name(), "192.0.2.7");
    EXPECT_EQ(t->ipAddr(), peer);
    EXPECT_EQ(coll->newAdjTargetConfig(peer), t);
-   struct Recorder : LdpTargetConfig::Notifiee {
-      Strings seen;
-      void onTargetMembership(LdpTargetMembership k) override {
-         seen.push_back("targetMembership[" + stringValue(k) + "]");
-      }
-      void onConfigState() override { seen.push_back("configState"); }
-   } r;
-   r.notifierIs(t.ptr());
+   Zon::AttrRecorder r(t.ptr());
    t->newTargetMembership(LdpTargetMembership::targetMemberStatic, true);
    t->targetMembershipIs(LdpTargetMembership::targetMemberPw, true);
    t->targetMembershipIs(LdpTargetMembership::targetMemberPw, true);
@@ -145,7 +123,7 @@ TEST(LdpTargetConfigColl, TargetsByAddressWithTheirMemberships) {
    t->targetMembershipDel(LdpTargetMembership::targetMemberStatic);
    EXPECT_FALSE(t->targetMembership(LdpTargetMembership::targetMemberStatic));
    EXPECT_TRUE(t->targetMembership(LdpTargetMembership::targetMemberPw));
-   EXPECT_EQ(r.seen, (Strings{"targetMembership[targetMemberStatic]", "targetMembership[targetMemberPw]",
+   EXPECT_EQ(r.take(), (Records{"targetMembership[targetMemberStatic]", "targetMembership[targetMemberPw]",
                               "configState", "targetMembership[targetMemberStatic]"}));
    EXPECT_EQ(static_cast<std::uint32_t>(LdpTargetMembership::targetMemberPw), 1u);
    EXPECT_EQ(static_cast<std::uint32_t>(ConfigState::configDisabled), 3u);
@@ -166,16 +144,13 @@ TEST(LdpAdjConfig, AdjacenciesByIdentifierAndPerLink) {
 
    auto perLink = Zon::makePtr<LdpAdjPerLink>("eth1");
    EXPECT_EQ(perLink->intfId(), Vorin::IntfId("eth1"));
-   struct Recorder : LdpAdjPerLink::Notifiee {
-      Strings seen;
-      void onLdpAdj(LdpAdjId const & k) override { seen.push_back("ldpAdj[" + stringValue(k.kind()) + "]"); }
-   } r;
-   r.notifierIs(perLink.ptr());
+   Zon::AttrRecorder r(perLink.ptr());
    perLink->newLdpAdj(viaLink, true);
    perLink->ldpAdjIs(viaLink, true); // unchanged: nobody hears
    perLink->ldpAdjDel(targeted); // not held: nobody hears
    perLink->ldpAdjDelAll();
-   EXPECT_EQ(r.seen, (Strings{"ldpAdj[LdpLinkAdj]", "ldpAdj[LdpLinkAdj]"}));
+   std::string const heard = "ldpAdj[" + std::string(viaLink.stringValue()) + "]";
+   EXPECT_EQ(r.take(), (Records{heard, heard}));
    EXPECT_EQ(perLink->ldpAdjs(), 0u);
 }
 

@@ -7,24 +7,18 @@
 
 #include "ldp/config/LdpPeer.h"
 #include "ldp/config/LdpTargetServer.h"
+#include "support/ModelTables.h"
 
 namespace {
 
 using namespace Ldp;
-using Strings = std::vector<std::string>;
+using LdpTest::Records;
 
 LdpIdentifier const peer(Vorin::IpAddr(4, 4, 4, 4), 0);
 
 TEST(LdpSessionConfigColl, SessionsBySessionIdAndOneCommonRecord) {
    auto coll = Zon::makePtr<LdpSessionConfigColl>("sessions");
-   struct Recorder : LdpSessionConfigColl::Notifiee {
-      Strings seen;
-      void onLdpSessionCommonConfig() override { seen.push_back("ldpSessionCommonConfig"); }
-      void onSessionConfig(LdpSessionId const & k) override {
-         seen.push_back("sessionConfig[" + k.peerLdpId().stringValue() + "]");
-      }
-   } r;
-   r.notifierIs(coll.ptr());
+   Zon::AttrRecorder r(coll.ptr());
    LdpSessionId const id(peer);
    auto s = coll->sessionConfigIs(id);
    EXPECT_EQ(s->sessionId(), id);
@@ -39,8 +33,8 @@ TEST(LdpSessionConfigColl, SessionsBySessionIdAndOneCommonRecord) {
    EXPECT_EQ(other->localIntfIps(), 0u);
    EXPECT_EQ(common->parent(), nullptr);
    coll->sessionConfigDelAll();
-   EXPECT_EQ(r.seen, (Strings{"sessionConfig[4.4.4.4:0]", "ldpSessionCommonConfig", "ldpSessionCommonConfig",
-                              "sessionConfig[4.4.4.4:0]"}));
+   std::string const session = "sessionConfig[Value('Ldp::LdpSessionId', ** {'peerLdpId': 4.4.4.4:0})]";
+   EXPECT_EQ(r.take(), (Records{session, "ldpSessionCommonConfig", "ldpSessionCommonConfig", session}));
 }
 
 TEST(LdpPeerConfig, AdjacenciesThatLeadToThePeer) {
@@ -50,13 +44,7 @@ TEST(LdpPeerConfig, AdjacenciesThatLeadToThePeer) {
    EXPECT_EQ(p->peerLdpId(), peer);
    EXPECT_EQ(coll->newPeerConfig(peer), p);
    LdpAdjId const viaLink(peer, "eth1", Vorin::IpAddr(), LdpAdjKind::LdpLinkAdj);
-   struct Recorder : LdpPeerConfig::Notifiee {
-      Strings seen;
-      void onLdpAdj(LdpAdjId const & k) override { seen.push_back("ldpAdj[" + k.intfId().stringValue() + "]"); }
-      void onActiveAdj() override { seen.push_back("activeAdj"); }
-      void onStatusCode() override { seen.push_back("statusCode"); }
-   } r;
-   r.notifierIs(p.ptr());
+   Zon::AttrRecorder r(p.ptr());
    p->newLdpAdj(viaLink, true);
    p->activeAdjIs(LdpAdjId()); // still none
    p->activeAdjIs(viaLink);
@@ -64,18 +52,15 @@ TEST(LdpPeerConfig, AdjacenciesThatLeadToThePeer) {
    p->statusCodeIs(LdpStatusCode::badLdpId);
    p->ldpAdjDel(viaLink);
    EXPECT_EQ(p->activeAdj(), viaLink);
-   EXPECT_EQ(r.seen, (Strings{"ldpAdj[eth1]", "activeAdj", "statusCode", "ldpAdj[eth1]"}));
+   std::string const adj = "ldpAdj[" + std::string(viaLink.stringValue()) + "]";
+   EXPECT_EQ(r.take(), (Records{adj, "activeAdj", "statusCode", adj}));
 }
 
 TEST(LdpLsrIntfIpAddrColl, AddressesOnePeerAdvertised) {
    auto addrs = Zon::makePtr<LdpLsrIntfIpAddrColl>("peerAddrs", peer);
    EXPECT_EQ(addrs->name(), "peerAddrs");
    EXPECT_EQ(addrs->peerLdpId(), peer);
-   struct Recorder : LdpLsrIntfIpAddrColl::Notifiee {
-      Strings seen;
-      void onIpAddressSet(Vorin::IpGenAddr const & k) override { seen.push_back("ipAddressSet[" + k.stringValue() + "]"); }
-   } r;
-   r.notifierIs(addrs.ptr());
+   Zon::AttrRecorder r(addrs.ptr());
    auto const a = Vorin::IpGenAddr::fromString("10.9.0.1");
    auto const b = Vorin::IpGenAddr::fromString("2001:db8::9");
    addrs->newIpAddressSet(a, true);
@@ -84,17 +69,12 @@ TEST(LdpLsrIntfIpAddrColl, AddressesOnePeerAdvertised) {
    addrs->ipAddressSetDel(a);
    EXPECT_EQ(addrs->ipAddressSets(), 1u);
    EXPECT_TRUE(addrs->ipAddressSet(b));
-   EXPECT_EQ(r.seen, (Strings{"ipAddressSet[10.9.0.1]", "ipAddressSet[2001:db8::9]", "ipAddressSet[10.9.0.1]"}));
+   EXPECT_EQ(r.take(), (Records{"ipAddressSet[10.9.0.1]", "ipAddressSet[2001:db8::9]", "ipAddressSet[10.9.0.1]"}));
 }
 
 TEST(LdpTargetServerConfig, ReceivesThroughANamedUdpEndpoint) {
    auto server = Zon::makePtr<LdpTargetServerConfig>("targetServer");
-   struct Recorder : LdpTargetServerConfig::Notifiee {
-      Strings seen;
-      void onRxUdpPam() override { seen.push_back("rxUdpPam"); }
-      void onEnabled() override { seen.push_back("enabled"); }
-   } r;
-   r.notifierIs(server.ptr());
+   Zon::AttrRecorder r(server.ptr());
    auto pam = server->rxUdpPamIs("ldp-targeted");
    EXPECT_EQ(pam->name(), "ldp-targeted");
    EXPECT_EQ(pam->parent(), server.ptr());
@@ -105,7 +85,7 @@ TEST(LdpTargetServerConfig, ReceivesThroughANamedUdpEndpoint) {
    server->rxUdpPamDel();
    EXPECT_EQ(pam->parent(), nullptr);
    EXPECT_FALSE(server->rxUdpPam());
-   EXPECT_EQ(r.seen, (Strings{"rxUdpPam", "enabled", "rxUdpPam"}));
+   EXPECT_EQ(r.take(), (Records{"rxUdpPam", "enabled", "rxUdpPam"}));
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 
 #include "ldp/config/LdpProtoParam.h"
 #include "ldp/config/LdpTcpConn.h"
+#include "support/ModelTables.h"
 
 namespace {
 
@@ -33,7 +34,7 @@ void * operator new(std::size_t n, std::nothrow_t const &) noexcept {
 namespace {
 
 using namespace Ldp;
-using Strings = std::vector<std::string>;
+using LdpTest::Records;
 
 Vorin::IpGenAddr addr(char const * text) { return Vorin::IpGenAddr::fromString(text); }
 
@@ -46,11 +47,6 @@ struct ClockAt {
       Zon::nowSourceIs([t] { return Zon::Seconds(t); });
    }
    ~ClockAt() { Zon::nowSourceIs({}); }
-};
-
-struct CollRecorder : LdpTcpConnConfigColl::Notifiee {
-   Strings seen;
-   void onConnConfig(LdpIdentifier const & k) override { seen.push_back("connConfig[" + k.stringValue() + "]"); }
 };
 
 TEST(LdpTcpConnConfig, ConstructorFillsTheBaseAndStampsTheRequest) {
@@ -75,26 +71,18 @@ TEST(LdpTcpConnConfig, ConstructorFillsTheBaseAndStampsTheRequest) {
 TEST(LdpTcpConnConfig, NotifieeHearsTheBaseAndItsOwnAttributes) {
    static_assert(LdpTcpConnConfig::Attr::enabled == Vorin::TcpClientConfig::Attr::attrCount);
    auto c = ldpTcpConnConfigFactory(addr("10.0.0.2"), ldpPort, addr("10.0.0.1"), peer);
-   struct Recorder : LdpTcpConnConfig::Notifiee {
-      Strings seen;
-      void onClientIpAddr() override { seen.push_back("clientIpAddr"); }
-      void onMd5Password() override { seen.push_back("md5Password"); }
-      void onEnabled() override { seen.push_back("enabled"); }
-      void onRequestTime() override { seen.push_back("requestTime"); }
-   } r;
-   r.notifierIs(c.ptr());
+   Zon::AttrRecorder r(c.ptr());
    c->clientIpAddrIs(addr("10.0.0.1")); // unchanged: nobody hears
    c->enabledIs(false);
    c->md5PasswordIs("secret");
    c->enabledIs(true);
    c->requestTimeIs(c->requestTime() + 1.0);
-   EXPECT_EQ(r.seen, (Strings{"md5Password", "enabled", "requestTime"}));
+   EXPECT_EQ(r.take(), (Records{"md5Password", "enabled", "requestTime"}));
 }
 
 TEST(LdpTcpConnConfigColl, SameParametersTwiceCreateOneEntry) {
    auto coll = Zon::makePtr<LdpTcpConnConfigColl>("tcpConn");
-   CollRecorder r;
-   r.notifierIs(coll.ptr());
+   Zon::AttrRecorder r(coll.ptr());
    auto first = coll->connConfigIs(addr("10.0.0.2"), ldpPort, addr("10.0.0.1"), peer);
    first->enabledIs(true);
    EXPECT_EQ(coll->connConfigIs(addr("10.0.0.2"), ldpPort, addr("10.0.0.1"), peer), first);
@@ -106,7 +94,7 @@ TEST(LdpTcpConnConfigColl, SameParametersTwiceCreateOneEntry) {
    coll->connConfigDel(peer);
    EXPECT_EQ(coll->connConfigs(), 0u);
    EXPECT_EQ(first->parent(), nullptr);
-   EXPECT_EQ(r.seen, (Strings{"connConfig[2.2.2.2:0]", "connConfig[2.2.2.2:0]"}));
+   EXPECT_EQ(r.take(), (Records{"connConfig[2.2.2.2:0]", "connConfig[2.2.2.2:0]"}));
 }
 
 TEST(LdpTcpConnConfigColl, OtherParametersForAStoredPeerAreRefused) {
@@ -133,8 +121,7 @@ TEST(LdpTcpConnConfigColl, OtherParametersForAStoredPeerAreRefused) {
    };
    auto coll = Zon::makePtr<LdpTcpConnConfigColl>("tcpConn");
    auto const stored = coll->newConnConfig(addr("10.0.0.2"), ldpPort, addr("10.0.0.1"), peer);
-   CollRecorder r;
-   r.notifierIs(coll.ptr());
+   Zon::AttrRecorder r(coll.ptr());
    for (auto const & c : cases) {
       SCOPED_TRACE(c.error);
       for (bool create : {false, true}) {
@@ -154,13 +141,12 @@ TEST(LdpTcpConnConfigColl, OtherParametersForAStoredPeerAreRefused) {
       EXPECT_EQ(stored->clientIpAddr(), addr("10.0.0.1"));
    }
    EXPECT_EQ(coll->connConfigs(), 1u);
-   EXPECT_TRUE(r.seen.empty());
+   EXPECT_TRUE(r.records().empty());
 }
 
 TEST(LdpTcpConnConfigColl, FactoryRefusesAFailedAllocation) {
    auto coll = Zon::makePtr<LdpTcpConnConfigColl>("tcpConn");
-   CollRecorder r;
-   r.notifierIs(coll.ptr());
+   Zon::AttrRecorder r(coll.ptr());
    nothrowAllocationFails = true;
    std::string direct, throughColl;
    try {
@@ -177,7 +163,7 @@ TEST(LdpTcpConnConfigColl, FactoryRefusesAFailedAllocation) {
    EXPECT_EQ(direct, "null ValidPtr");
    EXPECT_EQ(throughColl, "null ValidPtr");
    EXPECT_EQ(coll->connConfigs(), 0u);
-   EXPECT_TRUE(r.seen.empty());
+   EXPECT_TRUE(r.records().empty());
    EXPECT_TRUE(coll->connConfigIs(addr("10.0.0.2"), ldpPort, addr("10.0.0.1"), peer));
 }
 

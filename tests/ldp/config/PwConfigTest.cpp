@@ -7,11 +7,12 @@
 
 #include "ldp/config/PwConfig.h"
 #include "support/DeathText.h"
+#include "support/ModelTables.h"
 
 namespace {
 
 using namespace Ldp;
-using Strings = std::vector<std::string>;
+using LdpTest::Records;
 
 Pseudowire::PseudowireLdpRequestKey const key(Vorin::IpGenAddr::fromString("10.0.0.2"),
                                                Pseudowire::PseudowireId(100));
@@ -25,11 +26,7 @@ TEST(PwConfigColl, PwTypeIsFixedForTheEntrysLife) {
    stored->mtuIs(1500);
    EXPECT_EQ(coll->newConfig(key, Pseudowire::PseudowireType::ethernet), stored);
    EXPECT_EQ(stored->mtu(), 1500u);
-   struct Recorder : PwConfigColl::Notifiee {
-      int n = 0;
-      void onConfig(Pseudowire::PseudowireLdpRequestKey const &) override { ++n; }
-   } r;
-   r.notifierIs(coll.ptr());
+   Zon::AttrRecorder r(coll.ptr());
    for (bool create : {false, true}) {
       try {
          create ? coll->newConfig(key, Pseudowire::PseudowireType::ethernetTagged)
@@ -46,42 +43,18 @@ TEST(PwConfigColl, PwTypeIsFixedForTheEntrysLife) {
    EXPECT_EQ(coll->config(key), stored);
    EXPECT_EQ(stored->pwType(), Pseudowire::PseudowireType::ethernet);
    EXPECT_EQ(stored->mtu(), 1500u);
-   EXPECT_EQ(r.n, 0);
+   EXPECT_TRUE(r.records().empty());
    coll->configDel(key);
-   EXPECT_EQ(r.n, 1);
+   EXPECT_EQ(r.take(), (Records{"config[" + std::string(key.stringValue()) + "]"}));
    EXPECT_EQ(coll->configs(), 0u);
-}
-
-TEST(PwConfig, SettersNotifyOnlyRealChanges) {
-   auto pw = Zon::makePtr<PwConfigColl>("pw")->configIs(key, Pseudowire::PseudowireType::ethernet);
-   struct Recorder : PwConfig::Notifiee {
-      Strings seen;
-      void onLocalLabel() override { seen.push_back("localLabel"); }
-      void onStatus() override { seen.push_back("status"); }
-      void onGroupId() override { seen.push_back("groupId"); }
-   } r;
-   r.notifierIs(pw.ptr());
-   pw->localLabelIs(Vorin::MplsLabel(Vorin::MplsLabel::none));
-   pw->statusIs(Pseudowire::PseudowireConnectorStatus::connectorStatusUnknown);
-   pw->localLabelIs(Vorin::MplsLabel(16));
-   pw->statusIs(Pseudowire::PseudowireConnectorStatus::connectorUp);
-   pw->groupIdIs(Pseudowire::GroupId(9));
-   pw->groupIdIs(Pseudowire::GroupId(9));
-   EXPECT_EQ(r.seen, (Strings{"localLabel", "status", "groupId"}));
 }
 
 PwFecSessionId const session(LdpIdentifier(Vorin::IpAddr(5, 5, 5, 5), 0), Pseudowire::PseudowireType::ethernet,
                              Pseudowire::PseudowireId(100));
 
-struct SessionCollRecorder : PwFecSessionConfigColl::Notifiee {
-   int n = 0;
-   void onFecSessionConfig(PwFecSessionId const &) override { ++n; }
-};
-
 TEST(PwFecSessionConfig, StartsWithTheMemberItIsMadeFor) {
    auto coll = Zon::makePtr<PwFecSessionConfigColl>("local");
-   SessionCollRecorder r;
-   r.notifierIs(coll.ptr());
+   Zon::AttrRecorder r(coll.ptr());
    auto s = coll->fecSessionConfigIs(session, PwFecSessionMember::pwFecMemberStatic);
    EXPECT_EQ(s->pwFecSessionId(), session);
    EXPECT_EQ(s->initMember(), PwFecSessionMember::pwFecMemberStatic);
@@ -93,14 +66,13 @@ TEST(PwFecSessionConfig, StartsWithTheMemberItIsMadeFor) {
    s->memberDel(PwFecSessionMember::pwFecMemberStatic);
    EXPECT_EQ(coll->newFecSessionConfig(session, PwFecSessionMember::pwFecMemberStatic), s);
    EXPECT_EQ(s->members(), 1u);
-   EXPECT_EQ(r.n, 1);
+   EXPECT_EQ(r.take(), (Records{"fecSessionConfig[" + std::string(session.stringValue()) + "]"}));
 }
 
 TEST(PwFecSessionConfig, AnotherInitialMemberIsRefused) {
    auto coll = Zon::makePtr<PwFecSessionConfigColl>("remote");
    auto const stored = coll->newFecSessionConfig(session, PwFecSessionMember::pwFecMemberSessionSm);
-   SessionCollRecorder r;
-   r.notifierIs(coll.ptr());
+   Zon::AttrRecorder r(coll.ptr());
    try {
       coll->fecSessionConfigIs(session, PwFecSessionMember::pwFecMemberStatic);
       FAIL() << "no exception";
@@ -113,7 +85,7 @@ TEST(PwFecSessionConfig, AnotherInitialMemberIsRefused) {
    EXPECT_EQ(coll->fecSessionConfig(session), stored);
    EXPECT_EQ(stored->initMember(), PwFecSessionMember::pwFecMemberSessionSm);
    EXPECT_EQ(stored->members(), 1u);
-   EXPECT_EQ(r.n, 0);
+   EXPECT_TRUE(r.records().empty());
 }
 
 TEST(PwFecSessionConfigDeathTest, AnInvalidIdEndsTheProcess) {
