@@ -179,7 +179,11 @@ void LdpPduWriter::addressListTlv(std::span<Vorin::IpGenAddr const> addrs) noexc
    bool const v6 = !addrs.empty() && addrs.front().isV6();
    std::size_t const each = v6 ? 16 : 4;
    std::size_t const length = LdpAddressListTlv::addressFamilyBytes + each * addrs.size();
-   if (length > 0xFFFF) {
+   bool mixed = false;
+   for (auto const & a : addrs) {
+      mixed = mixed || a.isV6() != v6;
+   }
+   if (length > 0xFFFF || mixed) {
       failed_ = true;
       return;
    }

@@ -93,7 +93,7 @@ class LdpPduWriter {
    // A capability parameter TLV; it carries the U bit (a peer without the
    // capability ignores it), and `announced` is its S bit.
    void capabilityTlv(LdpTlvType type, bool announced) noexcept;
-   // The addresses, all of the family of the first one (IPv4 when empty).
+   // The addresses, all of one family (IPv4 when empty); mixed families fail.
    void addressListTlv(std::span<Vorin::IpGenAddr const> addrs) noexcept;
    void genLabelTlv(std::uint32_t label) noexcept;
    void labelReqMsgIdTlv(std::uint32_t msgId) noexcept;

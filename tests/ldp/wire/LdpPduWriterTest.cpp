@@ -123,6 +123,11 @@ std::vector<Misuse> const misuses = {
         }
         w.end();
      }},
+    {"addressListOfMixedFamilies",
+     [](LdpPduWriter & w) {
+        std::array<IpGenAddr, 2> const a = {IpGenAddr::fromString("10.0.0.1"), IpGenAddr::fromString("::1")};
+        w.addressListTlv(a);
+     }},
     {"descriptionTooLong",
      [](LdpPduWriter & w) {
         w.pwDescriptionSubTlv(std::string(LdpPwIntfDescSubTlv::maxDescriptionChars + 1, 'x'));
