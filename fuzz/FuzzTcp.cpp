@@ -132,10 +132,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t siz
    }
    std::uint32_t const seqOfByte0 = isn + 1;
    bool first = true;
+   std::size_t sentTo = 0; // behind the last segment
    for (unsigned n = 0; n < 64 && !s.empty(); ++n) {
       ++frame.number;
       std::uint8_t const op = s.u8();
-      std::size_t const off = s.u16() % truth.size();
+      // Most segments follow the one before, as a sender sends them; the others
+      // go anywhere (holes, repeats, overlaps, reordering).
+      std::size_t const random = s.u16() % truth.size();
+      std::size_t const off = (op & 0xC0) && sentTo < truth.size() ? sentTo : random;
       std::size_t const len = 1 + s.u16() % (truth.size() - off);
       // The capture may cut the payload short: the rest is missing.
       std::size_t const captured = (op & 0x10) ? s.u16() % (len + 1) : len;
@@ -149,6 +153,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t siz
          checker.base = off; // a stream joined mid-way counts from its first segment
       }
       first = false;
+      sentTo = off + len;
       for (std::size_t i = off; i < off + captured; ++i) {
          have[i] = true;
       }
