@@ -15,6 +15,7 @@
 #include <new>
 #include <string>
 
+#include "ldp/wire/LdpPduWriter.h"
 #include "ldp/wire/LdpPwHdr.h"
 #include "support/AllocCount.h"
 #include "support/Hex.h"
@@ -40,6 +41,29 @@ TEST(LdpWireAlloc, DescriptionSubTlvValidatesWithoutAllocating) {
 
    EXPECT_EQ(fullCode, LdpStatusCode::success);
    EXPECT_EQ(cutCode, LdpStatusCode::badTlvLength);
+   EXPECT_EQ(after - before, 0u);
+}
+
+// The send side writes every PDU into a buffer it owns: not one allocation for
+// a message with scopes of every kind.
+TEST(LdpWireAlloc, PduWriterWritesWithoutAllocating) {
+   std::uint8_t buf[256];
+   std::uint64_t const before = TestSupport::heapAllocations.load();
+   LdpPduWriter w(buf);
+   w.pduBegin(LdpIdentifier(Vorin::IpAddr(10, 0, 0, 1), 0));
+   w.msgBegin(LdpMsgType::LdpLabelMapping, 7);
+   w.tlvBegin(LdpTlvType::fecTlv);
+   w.prefixElement(Vorin::IpGenPrefix(Vorin::IpGenAddr(Vorin::IpAddr(10, 1, 0, 0)), 16));
+   w.pwIdElementBegin(Pseudowire::PseudowireType::ethernet, true, 1, 100);
+   w.pwDescriptionSubTlv("a description longer than a short string buffer holds");
+   w.pwMtuSubTlv(1500);
+   w.end();
+   w.end();
+   w.genLabelTlv(17);
+   w.end();
+   w.end();
+   std::uint64_t const after = TestSupport::heapAllocations.load();
+   EXPECT_TRUE(w.ok());
    EXPECT_EQ(after - before, 0u);
 }
 

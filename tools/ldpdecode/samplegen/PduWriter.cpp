@@ -2,10 +2,8 @@
 
 #include <cstring>
 
-#include "ldp/wire/LdpFecElement.h"
-#include "ldp/wire/LdpHdr.h"
-#include "ldp/wire/LdpPwHdr.h"
-#include "ldp/wire/LdpTlv.h"
+#include "ldp/wire/LdpPduWriter.h"
+#include "zon/Assert.h"
 
 namespace LdpSamples {
 
@@ -13,25 +11,20 @@ using namespace Ldp;
 
 namespace {
 
-template <typename T>
-Bytes bytesOf(T const & wire) {
-   auto const * p = reinterpret_cast<std::uint8_t const *>(&wire);
-   return Bytes(p, p + sizeof(T));
+// Runs `write` on a library writer over a buffer large enough for any PDU and
+// returns what it wrote.
+template <typename F>
+Bytes written(F && write) {
+   Bytes buf(0x10000 + LdpPduHdr::wireBytes);
+   LdpPduWriter w(buf);
+   write(w);
+   ZON_ASSERT(w.ok() && w.depth() == 0);
+   buf.resize(w.size());
+   return buf;
 }
 
-void append(Bytes & to, std::uint8_t const * p, std::size_t n) {
-   appendBytes(to, p, n);
-}
-
-void append(Bytes & to, Bytes const & b) {
-   appendBytes(to, b);
-}
-
-// A view of type T laid over the start of a buffer, for the wire types whose
-// setters write the variable part behind the fixed one.
-template <typename T>
-T & viewOf(Bytes & b) {
-   return *reinterpret_cast<T *>(b.data());
+std::span<std::uint8_t const> spanOf(Bytes const & b) {
+   return {b.data(), b.size()};
 }
 
 } // namespace
@@ -46,11 +39,7 @@ void appendBytes(Bytes & to, void const * p, std::size_t n) {
 }
 
 PduWriter & PduWriter::msgOfType(std::uint16_t type, std::uint32_t msgId, bool uBit) {
-   LdpMsgHdr h;
-   h.msgUbitAndTypeFieldIs(LdpHdrMsgUbitAndTypeField(static_cast<std::uint16_t>((uBit ? 0x8000 : 0) | type)));
-   h.msgIdIs(msgId);
-   starts_.push_back(body_.size());
-   append(body_, bytesOf(h));
+   msgs_.push_back(Msg{static_cast<std::uint16_t>((uBit ? 0x8000 : 0) | type), msgId, {}});
    return *this;
 }
 
@@ -59,175 +48,91 @@ PduWriter & PduWriter::msg(LdpMsgType type, std::uint32_t msgId, bool uBit) {
 }
 
 PduWriter & PduWriter::add(Bytes const & tlv) {
-   append(body_, tlv);
+   ZON_ASSERT(!msgs_.empty());
+   appendBytes(msgs_.back().body, tlv);
    return *this;
 }
 
 Bytes PduWriter::bytes() const {
-   Bytes body = body_;
-   for (std::size_t i = 0; i < starts_.size(); ++i) {
-      std::size_t const end = i + 1 < starts_.size() ? starts_[i + 1] : body.size();
-      auto & h = *reinterpret_cast<LdpMsgHdr *>(body.data() + starts_[i]);
-      h.lengthIs(static_cast<std::uint16_t>(end - starts_[i] - LdpMsgHdr::msgHdrSizeExclude));
-   }
-   LdpPduHdr h;
-   h.versionIs(1);
-   h.lengthIs(static_cast<std::uint16_t>(LdpPduHdr::wireBytes + body.size() - LdpPduHdr::pduHdrSizeExclude));
-   h.ldpIdentifierIs(id_);
-   Bytes out = bytesOf(h);
-   append(out, body);
-   return out;
+   return written([&](LdpPduWriter & w) {
+      w.pduBegin(id_);
+      for (auto const & m : msgs_) {
+         w.msgBeginWord(m.typeWord, m.msgId);
+         w.raw(spanOf(m.body));
+         w.end();
+      }
+      w.end();
+   });
 }
 
 namespace Tlv {
 
 Bytes commonHello(std::uint16_t holdTime, bool targeted, bool requestTargeted) {
-   LdpCommonHelloTlv t;
-   t.typeIs(LdpTlvType::commonHelloTlv);
-   t.lengthIs(LdpCommonHelloTlv::requiredLength);
-   t.holdTimeIs(holdTime);
-   t.targetedHelloIs(targeted);
-   t.requestSendTargetedHelloIs(requestTargeted);
-   return bytesOf(t);
+   return written([&](LdpPduWriter & w) { w.commonHelloTlv(holdTime, targeted, requestTargeted); });
 }
 
 Bytes ipv4Transport(Vorin::IpAddr addr) {
-   LdpIpTransportAddrTlv t;
-   t.typeIs(LdpTlvType::ipv4TransportAddrTlv);
-   t.lengthIs(LdpIpTransportAddrTlv::requiredLength);
-   t.ipAddrIs(addr);
-   return bytesOf(t);
+   return written([&](LdpPduWriter & w) { w.ipv4TransportTlv(addr); });
 }
 
 Bytes ipv6Transport(Vorin::Ip6Addr const & addr) {
-   LdpIp6TransportAddrTlv t;
-   t.typeIs(LdpTlvType::ipv6TransportAddrTlv);
-   t.lengthIs(LdpIp6TransportAddrTlv::requiredLength);
-   t.ip6AddrIs(addr);
-   return bytesOf(t);
+   return written([&](LdpPduWriter & w) { w.ipv6TransportTlv(addr); });
 }
 
 Bytes configSeqNum(std::uint32_t seq) {
-   LdpConfigSeqNumTlv t;
-   t.typeIs(LdpTlvType::configSeqNumTlv);
-   t.lengthIs(LdpConfigSeqNumTlv::requiredLength);
-   t.configSeqNumIs(seq);
-   return bytesOf(t);
+   return written([&](LdpPduWriter & w) { w.configSeqNumTlv(seq); });
 }
 
 Bytes sessionParams(std::uint16_t keepAlive, std::uint16_t maxPdu, LdpIdentifier const & receiver, bool loopDetect,
                     std::uint8_t pathVectorLimit) {
-   LdpCommonSessionParamTlv t;
-   t.typeIs(LdpTlvType::commonSessionParamTlv);
-   t.lengthIs(LdpCommonSessionParamTlv::requiredLength);
-   t.protocolVersionIs(1);
-   t.keepAliveTimeIs(keepAlive);
-   t.advDisciplineIs(0);
-   t.loopDetectIs(loopDetect);
-   t.pathVecLimIs(pathVectorLimit);
-   t.maxPduLengthIs(maxPdu);
-   t.recvLdpIdentifierIs(receiver);
-   return bytesOf(t);
+   return written(
+       [&](LdpPduWriter & w) { w.sessionParamTlv(keepAlive, maxPdu, receiver, loopDetect, pathVectorLimit); });
 }
 
 Bytes capability(LdpTlvType type, bool announced) {
-   LdpCapabilityParameterTlv t;
-   t.typeIs(type);
-   t.unknownIs(1);  // capability TLVs carry the U bit: a peer that lacks them ignores them
-   t.lengthIs(LdpCapabilityParameterTlv::minLength);
-   t.stateIs(announced);
-   return bytesOf(t);
+   return written([&](LdpPduWriter & w) { w.capabilityTlv(type, announced); });
 }
 
 Bytes addressList(std::vector<Vorin::IpGenAddr> const & addrs) {
-   LdpAddressListTlv t;
-   t.typeIs(LdpTlvType::addrListTlv);
-   bool const v6 = !addrs.empty() && addrs.front().isV6();
-   t.familyIs(v6 ? Vorin::ipv6_ : Vorin::ipv4_);
-   std::size_t const each = v6 ? 16 : 4;
-   t.lengthIs(static_cast<std::uint16_t>(LdpAddressListTlv::addressFamilyBytes + each * addrs.size()));
-   Bytes out = bytesOf(t);
-   for (auto const & a : addrs) {
-      append(out, a.bytes(), each);
-   }
-   return out;
+   return written([&](LdpPduWriter & w) { w.addressListTlv(addrs); });
 }
 
 Bytes fec(std::vector<Bytes> const & elements) {
-   Bytes value;
-   for (auto const & e : elements) {
-      append(value, e);
-   }
-   LdpTlvHdr h;
-   h.typeIs(LdpTlvType::fecTlv);
-   h.lengthIs(static_cast<std::uint16_t>(value.size()));
-   Bytes out = bytesOf(h);
-   append(out, value);
-   return out;
+   return written([&](LdpPduWriter & w) {
+      w.tlvBegin(LdpTlvType::fecTlv);
+      for (auto const & e : elements) {
+         w.raw(spanOf(e));
+      }
+      w.end();
+   });
 }
 
 Bytes genLabel(std::uint32_t label) {
-   LdpGenLabelTlv t;
-   t.typeIs(LdpTlvType::genLabelTlv);
-   t.lengthIs(LdpGenLabelTlv::requiredLength);
-   t.labelIs(Vorin::MplsLabel(label));
-   return bytesOf(t);
+   return written([&](LdpPduWriter & w) { w.genLabelTlv(label); });
 }
 
 Bytes labelRequestMsgId(std::uint32_t msgId) {
-   LdpLabelReqMsgIdTlv t;
-   t.typeIs(LdpTlvType::labelReqMsgIdTlv);
-   t.lengthIs(LdpLabelReqMsgIdTlv::requiredLength);
-   t.reqMsgIdIs(msgId);
-   return bytesOf(t);
+   return written([&](LdpPduWriter & w) { w.labelReqMsgIdTlv(msgId); });
 }
 
 Bytes hopCount(std::uint8_t hops) {
-   LdpHopCountTlv t;
-   t.typeIs(LdpTlvType::hopCountTlv);
-   t.lengthIs(LdpHopCountTlv::requiredLength);
-   t.hopCountIs(hops);
-   return bytesOf(t);
+   return written([&](LdpPduWriter & w) { w.hopCountTlv(hops); });
 }
 
 Bytes pathVector(std::vector<Vorin::IpAddr> const & lsrIds) {
-   Bytes out(LdpPathVectorTlv::wireBytes + LdpPathVectorTlv::lsrIdBytes * lsrIds.size());
-   auto & t = viewOf<LdpPathVectorTlv>(out);
-   t.typeIs(LdpTlvType::pathVectorTlv);
-   t.lengthIs(static_cast<std::uint16_t>(LdpPathVectorTlv::lsrIdBytes * lsrIds.size()));
-   for (unsigned i = 0; i < lsrIds.size(); ++i) {
-      t.lsrIdIs(i, lsrIds[i]);
-   }
-   return out;
+   return written([&](LdpPduWriter & w) { w.pathVectorTlv(lsrIds); });
 }
 
 Bytes status(LdpStatusCode code, bool fatal, bool forward, std::uint32_t msgId, std::uint16_t msgType) {
-   LdpStatusTlv t;
-   t.typeIs(LdpTlvType::statusTlv);
-   t.lengthIs(LdpStatusTlv::requiredLength);
-   t.statusDataIs(code);
-   t.statusErrorIs(fatal);
-   t.statusForwardUnknownIs(forward);
-   t.msgIdIs(msgId);
-   t.msgTypeNboIs(Vorin::NetU16::fromHost(msgType));
-   return bytesOf(t);
+   return written([&](LdpPduWriter & w) { w.statusTlv(code, fatal, forward, msgId, msgType); });
 }
 
 Bytes pwStatus(std::uint32_t bits) {
-   LdpPwStatusTlv t;
-   t.typeIs(LdpTlvType::pwStatusTlv);
-   t.lengthIs(LdpPwStatusTlv::requiredLength);
-   t.statusIs(bits);
-   return bytesOf(t);
+   return written([&](LdpPduWriter & w) { w.pwStatusTlv(bits); });
 }
 
 Bytes raw(std::uint16_t typeWord, Bytes const & value) {
-   LdpTlvHdr h;
-   h.tlvTypeFieldIs(LdpTlvTypeField(typeWord));
-   h.lengthIs(static_cast<std::uint16_t>(value.size()));
-   Bytes out = bytesOf(h);
-   append(out, value);
-   return out;
+   return written([&](LdpPduWriter & w) { w.rawTlv(typeWord, spanOf(value)); });
 }
 
 } // namespace Tlv
@@ -235,69 +140,38 @@ Bytes raw(std::uint16_t typeWord, Bytes const & value) {
 namespace Fec {
 
 Bytes wildcard() {
-   LdpFecTlvWildcardElementHdr e;
-   e.typeIs(LdpFecElementType::wildcardElement);
-   return bytesOf(e);
+   return written([&](LdpPduWriter & w) { w.wildcardElement(); });
 }
 
 Bytes prefix(Vorin::IpGenPrefix const & p) {
-   LdpFecTlvPrefixElementHdr e;
-   e.typeIs(LdpFecElementType::prefixElement);
-   e.familyIs(p.address().isV6() ? Vorin::ipv6_ : Vorin::ipv4_);
-   e.prefixBitsIs(static_cast<std::uint8_t>(p.length()));
-   Bytes out = bytesOf(e);
-   append(out, p.address().bytes(), (p.length() + 7) / 8);
-   return out;
+   return written([&](LdpPduWriter & w) { w.prefixElement(p); });
 }
 
 Bytes hostAddress(Vorin::IpGenAddr const & a) {
-   LdpFecTlvHostAddressElementHdr e;
-   e.typeIs(LdpFecElementType::hostAddrElement);
-   e.familyIs(a.isV6() ? Vorin::ipv6_ : Vorin::ipv4_);
-   e.hostAddrLenIs(static_cast<std::uint8_t>(a.byteLength()));
-   Bytes out = bytesOf(e);
-   append(out, a.bytes(), a.byteLength());
-   return out;
+   return written([&](LdpPduWriter & w) { w.hostAddrElement(a); });
 }
 
 Bytes pwId(Pseudowire::PseudowireType type, bool controlWord, std::uint32_t groupId, std::uint32_t id,
            std::vector<Bytes> const & subTlvs) {
-   Bytes out(LdpFecTlvPwIdElementHdr::wireBytes + LdpFecTlvPwIdElementHdr::pwIdBytes);
-   for (auto const & s : subTlvs) {
-      append(out, s);
-   }
-   auto & e = viewOf<LdpFecTlvPwIdElementHdr>(out);
-   e.typeIs(LdpFecElementType::pwIdElement);
-   e.controlWordIs(controlWord);
-   e.pwTypeIs(type);
-   e.pwInfoLenIs(static_cast<std::uint8_t>(out.size() - LdpFecTlvPwIdElementHdr::wireBytes));
-   e.groupIdIs(Pseudowire::GroupId(groupId));
-   e.pwIdIs(Pseudowire::PseudowireId(id));
-   return out;
+   return written([&](LdpPduWriter & w) {
+      w.pwIdElementBegin(type, controlWord, groupId, id);
+      for (auto const & s : subTlvs) {
+         w.raw(spanOf(s));
+      }
+      w.end();
+   });
 }
 
 Bytes pwMtu(std::uint16_t mtu) {
-   LdpPwIntfMtuSubTlv s;
-   s.typeIs(LdpPwIntfParamSubTlvType::intfMtu);
-   s.lengthIs(LdpPwIntfMtuSubTlv::requiredLength);
-   s.mtuIs(mtu);
-   return bytesOf(s);
+   return written([&](LdpPduWriter & w) { w.pwMtuSubTlv(mtu); });
 }
 
 Bytes pwDescription(std::string_view text) {
-   Bytes out(LdpPwIntfDescSubTlv::wireBytes + text.size());
-   auto & s = viewOf<LdpPwIntfDescSubTlv>(out);
-   s.typeIs(LdpPwIntfParamSubTlvType::intfDesc);
-   s.descriptionIs(text);
-   return out;
+   return written([&](LdpPduWriter & w) { w.pwDescriptionSubTlv(text); });
 }
 
 Bytes pwVccv(std::uint8_t cc, std::uint8_t cv) {
-   LdpPwVccvParamSubTlv s;
-   s.typeIs(LdpPwIntfParamSubTlvType::vccvParam);
-   s.lengthIs(LdpPwVccvParamSubTlv::requiredLength);
-   s.vccvParamIs(LdpPwVccvParamField(cc, cv));
-   return bytesOf(s);
+   return written([&](LdpPduWriter & w) { w.pwVccvSubTlv(cc, cv); });
 }
 
 } // namespace Fec

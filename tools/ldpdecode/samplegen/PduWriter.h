@@ -1,8 +1,8 @@
-// Builds LDP PDUs for sample and test captures from libLdp's wire types: each
-// TLV, FEC element and sub-TLV is one of the packed wire structures filled in
-// through its setters; the writer concatenates them and fills in the message and
-// PDU lengths. Faulty PDUs are made by building a good one and then changing
-// the bytes that the fault is about.
+// Builds LDP PDUs for sample and test captures with libLdp's PDU writer
+// (ldp/wire/LdpPduWriter.h): each TLV, FEC element and sub-TLV comes back as its
+// bytes, so that the samples can combine, split and damage them; the PDU and
+// message lengths are filled in by the library writer. Faulty PDUs are made by
+// building a good one and then changing the bytes that the fault is about.
 #pragma once
 
 #include <cstddef>
@@ -41,9 +41,13 @@ class PduWriter {
    Bytes bytes() const;
 
  private:
+   struct Msg {
+      std::uint16_t typeWord;  // U bit and type
+      std::uint32_t msgId;
+      Bytes body;              // TLVs
+   };
    Ldp::LdpIdentifier id_;
-   Bytes body_;                       // messages
-   std::vector<std::size_t> starts_;  // where each message begins in body_
+   std::vector<Msg> msgs_;
 };
 
 // TLVs, each built from its wire type.
