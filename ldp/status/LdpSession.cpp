@@ -31,11 +31,11 @@ bool LdpSessionStateLogEntryColl::shouldAddSessionStateLogEntry(LdpSessionStateL
 }
 
 void LdpSessionStateLogEntryColl::internalAddLogEntry_(LdpSessionStateLogEntry const & entry) {
-   if (!(sessionStateLogEntrys() <= maxSize)) [[unlikely]] {
+   if (!(sessionStateLogEntrys() <= maxSize())) [[unlikely]] {
       // Reported under the log's own source and line, wherever this code lives.
       Zon::assertionFailed("sessionStateLogEntrys() <= maxSize()", "LdpSession", 36);
    }
-   if (sessionStateLogEntrys() == maxSize) {
+   if (sessionStateLogEntrys() == maxSize()) {
       sessionStateLogEntryDeq();
    }
    sessionStateLogEntryEnq(entry);

@@ -73,6 +73,25 @@ class BoundedQueue {
    std::uint64_t nextKey() const noexcept { return b_ ? b_->nextKey : 0; }
    std::uint64_t dequeues() const noexcept { return b_ ? b_->dequeues : 0; }
 
+   // Iteration, oldest first, over (key, value) pairs: for (auto const & [k, v] : q).
+   class const_iterator {
+    public:
+      using value_type = std::pair<Key, V const &>;
+      const_iterator(BoundedQueue const * q, std::uint32_t i) noexcept : q_(q), i_(i) {}
+      value_type operator*() const noexcept { return {q_->at(i_).key, q_->at(i_).value}; }
+      const_iterator & operator++() noexcept {
+         ++i_;
+         return *this;
+      }
+      bool operator==(const_iterator const & o) const noexcept { return i_ == o.i_; }
+
+    private:
+      BoundedQueue const * q_;
+      std::uint32_t i_;
+   };
+   const_iterator begin() const noexcept { return {this, 0}; }
+   const_iterator end() const noexcept { return {this, static_cast<std::uint32_t>(size())}; }
+
    // Calls f(key, value) for each element, oldest first.
    template <typename F>
    void forEach(F && f) const {

@@ -108,6 +108,9 @@ TEST(LdpFecStatus, FreshRecordOwnsAnEmptyNotification) {
                                                     {"ldpXsessionReqMsgParser", "None"},
                                                     {"hopCount", "0"},
                                                     {"pathVectorTlvPkt", "None"}});
+   using Type = LdpXsessionNotification::LdpXsessionNotificationType;
+   EXPECT_EQ(static_cast<int>(Type::ldpXsessionRequestLoopDetection), 4);
+   EXPECT_EQ(stringValue(Type::ldpXsessionMapping), "ldpXsessionMapping");
    Zon::AttrRecorder r(status.ptr());
    EXPECT_EQ(status->attributeVersionInc(0), 0u);
    EXPECT_EQ(status->attributeVersionInc(2), 2u);
