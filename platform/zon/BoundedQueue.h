@@ -102,7 +102,27 @@ class BoundedQueue {
 
    // Appends `v` and returns its key. The queue must not be full (the owner
    // dequeues first).
-   Key enqueue(V v) {
+   Key enqueue(V const & v) { return place() = v, lastKey(); }
+   Key enqueue(V && v) { return place() = std::move(v), lastKey(); }
+
+   // Removes the oldest element and returns its key and value; nothing when empty.
+   std::optional<std::pair<Key, V>> dequeue() {
+      if (!b_ || b_->size == 0) {
+         return std::nullopt;
+      }
+      Slot & s = at(0);
+      // The slot keeps the moved-from value until an enqueue assigns over it.
+      std::pair<Key, V> out(s.key, std::move(s.value));
+      b_->head = b_->head + 1 == capacity_ ? 0 : b_->head + 1;
+      --b_->size;
+      ++b_->dequeues;
+      return out;
+   }
+
+ private:
+   // The slot of a new newest element, keyed; its value is for the caller to assign
+   // (assigning over the old value reuses what it holds, a string's buffer).
+   V & place() {
       if (!b_) {
          b_ = std::make_unique<Body>(capacity_);
       }
@@ -112,25 +132,13 @@ class BoundedQueue {
       if (b_->size == capacity_) {
          throw RangeException("bounded queue full");
       }
-      Key const k = static_cast<Key>(b_->nextKey++);
       Slot & s = at(b_->size++);
-      s.key = k;
-      s.value = std::move(v);
-      return k;
+      s.key = static_cast<Key>(b_->nextKey++);
+      return s.value;
    }
-   // Removes the oldest element and returns its key and value; nothing when empty.
-   std::optional<std::pair<Key, V>> dequeue() {
-      if (!b_ || b_->size == 0) {
-         return std::nullopt;
-      }
-      Slot & s = at(0);
-      std::pair<Key, V> out(s.key, std::move(s.value));
-      s.value = V{};
-      b_->head = (b_->head + 1) % capacity_;
-      --b_->size;
-      ++b_->dequeues;
-      return out;
-   }
+   Key lastKey() const noexcept { return static_cast<Key>(b_->nextKey - 1); }
+
+ public:
    // Removes the element of `k`, keeping the order of the others; false when absent.
    bool erase(Key k) {
       std::optional<std::uint32_t> i = indexOf(k);
@@ -155,11 +163,19 @@ class BoundedQueue {
    }
 
  private:
-   Slot & at(std::uint32_t i) const noexcept { return b_->slots[(b_->head + i) % capacity_]; }
+   // The i-th slot from the oldest; head and i are both below the capacity, so one
+   // subtraction wraps the index (no division on the hot path).
+   Slot & at(std::uint32_t i) const noexcept {
+      std::uint32_t const j = b_->head + i;
+      return b_->slots[j >= capacity_ ? j - capacity_ : j];
+   }
    // The position of `k` from the oldest element; keys ascend, so a binary search.
    std::optional<std::uint32_t> indexOf(Key k) const noexcept {
-      if (!b_) {
+      if (!b_ || b_->size == 0) {
          return std::nullopt;
+      }
+      if (at(b_->size - 1).key == k) { // the newest: what a log looks at
+         return b_->size - 1;
       }
       std::uint32_t lo = 0, hi = b_->size;
       while (lo < hi) {
