@@ -36,7 +36,7 @@ void LdpSessionStateLogEntryColl::internalAddLogEntry_(LdpSessionStateLogEntry c
       Zon::assertionFailed("sessionStateLogEntrys() <= maxSize()", "LdpSession", 36);
    }
    if (sessionStateLogEntrys() == maxSize()) {
-      sessionStateLogEntryDeq();
+      sessionStateLogEntryDrop(); // the dequeue of the oldest, whose entry nobody needs
    }
    sessionStateLogEntryEnq(entry);
 }

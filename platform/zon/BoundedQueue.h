@@ -105,6 +105,20 @@ class BoundedQueue {
    Key enqueue(V const & v) { return place() = v, lastKey(); }
    Key enqueue(V && v) { return place() = std::move(v), lastKey(); }
 
+   // Removes the oldest element without handing its value out; its key, or
+   // nothing when empty.
+   std::optional<Key> dropOldest() {
+      if (!b_ || b_->size == 0) {
+         return std::nullopt;
+      }
+      Slot & s = at(0);
+      s.value = V{};
+      b_->head = b_->head + 1 == capacity_ ? 0 : b_->head + 1;
+      --b_->size;
+      ++b_->dequeues;
+      return s.key;
+   }
+
    // Removes the oldest element and returns its key and value; nothing when empty.
    std::optional<std::pair<Key, V>> dequeue() {
       if (!b_ || b_->size == 0) {

@@ -67,8 +67,13 @@ TEST_F(Features, BoundedQueueEvictsItsOldestAndNeverReusesKeys) {
    b->historyDelAll();
    EXPECT_EQ(b->historyEnq(21), 5u);
    EXPECT_EQ(r.take(), (Records{"history[1]", "history[3]", "history[2]", "history[4]", "history[4]", "history[5]"}));
+   b->historyEnq(22);
+   b->historyDrop(); // the oldest goes, its key told
+   b->historyDrop();
+   b->historyDrop(); // empty: nobody hears
+   EXPECT_EQ(r.take(), (Records{"history[6]", "history[5]", "history[6]"}));
    EXPECT_EQ(b->history().capacity(), 3u);
-   EXPECT_EQ(b->history().dequeues(), 3u); // the eviction and two dequeues, not the deletions
+   EXPECT_EQ(b->history().dequeues(), 5u); // the eviction, two dequeues and two drops, not the deletions
 }
 
 TEST(BoundedQueue, FullKeySpaceRefusesWithoutEvicting) {

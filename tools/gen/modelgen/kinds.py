@@ -389,7 +389,9 @@ class Queue(Kind):
                 f"{I}std::uint32_t {n.enqueue(m.name)}({c.p(v)} v);",
                 f"{I}{v} {n.dequeue(m.name)}();",
                 f"{I}void {n.deleter(m.name)}(std::uint32_t key);",
-                f"{I}void {n.delete_all(m.name)}();"]
+                f"{I}void {n.delete_all(m.name)}();"] + (
+            [f"{I}// Removes the oldest element without handing it out (observers hear its key).",
+             f"{I}void {n.drop(m.name)}();"] if "capacity" in m.numbers else [])
 
     def member(self, m, c):
         cap = m.numbers.get("capacity")
@@ -397,13 +399,14 @@ class Queue(Kind):
 
     def source(self, m, c):
         v, x, a = m.types[0], n.member(m.name), c.attr(m)
-        enq = []
+        enq, drop = [], []
         if "capacity" in m.numbers:
             # A full queue drops its oldest element first, unless no key is left to
             # give the new one (then nothing changes and the enqueue fails).
             enq = [f"if ({x}.full() && {x}.nextKey() < {self.holder(m)}::keySpace) {{",
-                   f"{I}std::uint32_t const oldest = {x}.dequeue()->first;",
-                   f"{I}notify({a}, &oldest);", "}"]
+                   f"{I}{n.drop(m.name)}();", "}"]
+            drop = body(f"void {c.cls}::{n.drop(m.name)}()",
+                        [f"if (auto const oldest = {x}.dropOldest()) {{", f"{I}notify({a}, &*oldest);", "}"], "") + [""]
         return (body(f"std::uint32_t {c.cls}::{n.enqueue(m.name)}({c.p(v)} v)",
                      enq + [f"std::uint32_t const key = {x}.enqueue(v);", f"notify({a}, &key);", "return key;"], "")
                 + [""]
@@ -417,7 +420,7 @@ class Queue(Kind):
                 + body(f"void {c.cls}::{n.delete_all(m.name)}()",
                        ["Hold const hold(this);",
                         f"{x}.eraseEach([this](std::uint32_t const & k) {{ notify({a}, &k); }});"], "")
-                + [""])
+                + [""] + drop)
 
     def handler(self, m, c):
         return f"virtual void {n.handler(m.name)}(std::uint32_t) {{}}"

@@ -8,7 +8,7 @@ into the names of its operations.
     xDelAll    empty a collection
     xs         number of elements of a collection
     xInc/xDec  counter steps
-    xEnq/xDeq  queue ends
+    xEnq/xDeq  queue ends (xDrop: a bounded queue's oldest, not handed out)
     x_         the member that holds it
     onX        the Notifiee's handler
 """
@@ -60,6 +60,10 @@ def dequeue(name):
     return name + "Deq"
 
 
+def drop(name):
+    return name + "Drop"
+
+
 def member(name):
     return name + "_"
 
@@ -94,7 +98,7 @@ def operations(name, kind):
         "counters": [getter, count, setter, creator, inc, dec, deleter, delete_all],
         "coll": [getter, count, setter, creator, deleter, delete_all],
         "child": [getter, setter, creator, deleter],
-        "queue": [getter, count, enqueue, dequeue, deleter, delete_all],
+        "queue": [getter, count, enqueue, dequeue, drop, deleter, delete_all],
         "refs": [getter, count, setter, creator, deleter, delete_all],
         "const": [getter],
         "field": [getter, setter],
