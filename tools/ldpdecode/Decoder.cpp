@@ -53,8 +53,9 @@ struct Decoder::Flow final : StreamSink {
    std::list<Flow *>::iterator lru;  // its place in lru_
 };
 
-Decoder::Decoder(ReportSink & reporter, std::size_t maxFlows)
-    : reporter_(reporter), maxFlows_(std::max<std::size_t>(maxFlows, 1)) {}
+Decoder::Decoder(ReportSink & reporter, std::size_t maxFlows, std::size_t maxUdpFlows)
+    : reporter_(reporter), maxFlows_(std::max<std::size_t>(maxFlows, 1)),
+      maxUdpFlows_(std::max<std::size_t>(maxUdpFlows, 1)) {}
 
 Decoder::~Decoder() = default;
 
@@ -177,16 +178,29 @@ void Decoder::frame(FrameMeta const & meta, std::span<std::uint8_t const> bytes)
    retireIfClosed(f);
 }
 
-void Decoder::datagram(Segment const & s) {
-   auto it = udpFlows_.find(s.flow);
-   if (it == udpFlows_.end()) {
-      it = udpFlows_.emplace(s.flow, s.flow.src.text() + " > " + s.flow.dst.text() + "  UDP").first;
+FlowName const & Decoder::udpName(FlowKey const & key) {
+   if (auto it = udpIndex_.find(key); it != udpIndex_.end()) {
+      udpLru_.splice(udpLru_.begin(), udpLru_, it->second);
+      return *udpLru_.front();
    }
+   if (udpIndex_.size() >= maxUdpFlows_) {
+      std::shared_ptr<FlowName> & oldest = udpLru_.back();
+      udpIndex_.erase(oldest->key);
+      reporter_.keepUntilWritten(std::move(oldest));
+      udpLru_.pop_back();
+   }
+   udpLru_.push_front(std::make_shared<FlowName>(FlowName{key, key.src.text() + " > " + key.dst.text() + "  UDP"}));
+   udpIndex_.emplace(key, udpLru_.begin());
+   return *udpLru_.front();
+}
+
+void Decoder::datagram(Segment const & s) {
+   FlowName const & name = udpName(s.flow);
    Origin o;
    o.frame = &frame_;
    o.firstFrame = frame_.number;
-   o.flow = &it->first;
-   o.flowText = &it->second;
+   o.flow = &name.key;
+   o.flowText = &name.text;
    if (s.payload.empty()) {
       reporter_.note(o, "emptyDatagram", "UDP datagram without payload");
       return;

@@ -20,13 +20,19 @@
 
 namespace LdpDecode {
 
+struct FlowName;
+
 class Decoder {
  public:
    // TCP directions followed at once; past this the least recently used one
    // is ended, as at the end of the capture, to make room.
    static constexpr std::size_t defaultMaxFlows = 65536;
+   // UDP flows whose names are kept for the datagrams to come; past this the
+   // least recently used name is let go (reports not yet written keep it).
+   static constexpr std::size_t defaultMaxUdpFlows = 4096;
 
-   explicit Decoder(ReportSink & reporter, std::size_t maxFlows = defaultMaxFlows);
+   explicit Decoder(ReportSink & reporter, std::size_t maxFlows = defaultMaxFlows,
+                    std::size_t maxUdpFlows = defaultMaxUdpFlows);
    ~Decoder();
    Decoder(Decoder const &) = delete;
    Decoder & operator=(Decoder const &) = delete;
@@ -42,12 +48,16 @@ class Decoder {
 
    // TCP directions held now: those not yet closed on both sides.
    std::size_t liveFlows() const noexcept { return flowIndex_.size(); }
+   // UDP flow names held now.
+   std::size_t udpFlowsHeld() const noexcept { return udpIndex_.size(); }
 
  private:
    struct Flow;
    using FlowList = std::list<std::unique_ptr<Flow>>;
 
    void datagram(Segment const & s);
+   // The name of a UDP flow, made on its first datagram.
+   FlowName const & udpName(FlowKey const & key);
    // The flow of key; a new one only when create is set, else null.
    Flow * tcpFlow(FlowKey const & key, bool create);
    // Ends a TCP direction while the capture goes on: its stream finishes and
@@ -71,9 +81,13 @@ class Decoder {
    std::unordered_map<FlowKey, StreamStats, FlowKeyHash> closed_;
    std::deque<FlowKey> closedOrder_;  // the oldest first; may name one that left
    bool finishing_ = false;
-   // The text of each UDP flow, kept for the whole run: a report may be
-   // written after the frame that made it is gone.
-   std::unordered_map<FlowKey, std::string, FlowKeyHash> udpFlows_;
+   // The names of the recent UDP flows, the most recently used first. A report
+   // may be written after its frame is gone: a name let go is handed to the
+   // reporter, which keeps it until its reports are written.
+   using UdpNames = std::list<std::shared_ptr<FlowName>>;
+   std::size_t maxUdpFlows_;
+   UdpNames udpLru_;
+   std::unordered_map<FlowKey, UdpNames::iterator, FlowKeyHash> udpIndex_;
 };
 
 } // namespace LdpDecode

@@ -403,3 +403,35 @@ TEST(Decoder, RawStreamSplitsPdusAndHandsTheUnfinishedLastOneToTheParser) {
 }
 
 } // namespace
+
+namespace {
+
+// A flood of hellos from distinct UDP endpoints: the decoder keeps the names of
+// the recent flows only, however many there were.
+TEST(Decoder, UdpFlowStateStaysBoundedOverAMillionFlows) {
+   Output out(nullptr);
+   Reporter reporter(OutputMode::summary, out);
+   Decoder decoder(reporter);
+   decoder.linkTypeIs(LinkType::rawIp);
+   std::vector<std::uint8_t> f = ipFrame(false, "10.0.0.1", "224.0.0.2", 646, 646, 0, 0, hexBytes(ignoredOnlyPdu));
+   constexpr std::uint32_t flows = 1000000;
+   std::size_t most = 0;
+   for (std::uint32_t i = 0; i < flows; ++i) {
+      // Source address and port from i: every frame its own flow.
+      f[13] = std::uint8_t(i >> 16);
+      f[14] = std::uint8_t(i >> 8);
+      f[15] = std::uint8_t(i);
+      FrameMeta const meta{i + 1, 1700000000, 0};
+      decoder.frame(meta, f);
+      most = std::max(most, decoder.udpFlowsHeld());
+   }
+   // A flow seen again is found among the recent ones.
+   decoder.frame(FrameMeta{flows + 1, 1700000000, 0}, f);
+   decoder.finish();
+   EXPECT_EQ(most, Decoder::defaultMaxUdpFlows);
+   EXPECT_EQ(decoder.udpFlowsHeld(), Decoder::defaultMaxUdpFlows);
+   EXPECT_EQ(reporter.totals().udpFrames, flows + 1);
+   EXPECT_EQ(reporter.totals().pdus, flows + 1);
+}
+
+} // namespace
