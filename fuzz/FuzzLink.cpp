@@ -14,6 +14,7 @@ LdpDecode::LinkType const linkTypes[] = {
     LdpDecode::LinkType::ppp,       LdpDecode::LinkType::pppHdlc,  LdpDecode::LinkType::ciscoHdlc,
     LdpDecode::LinkType::pppoe,     LdpDecode::LinkType::rawIp,    LdpDecode::LinkType::rawIpv4,
     LdpDecode::LinkType::rawIpv6,   LdpDecode::LinkType::bsdNull,  LdpDecode::LinkType::bsdLoop,
+    LdpDecode::LinkType::frameRelay,
 };
 
 } // namespace

@@ -311,6 +311,58 @@ FrameKind decodeCiscoHdlc(Bytes b, Segment & out) noexcept {
    return decodeEtherType(be16(&b[2]), b.subspan(4), out);
 }
 
+namespace Nlpid {
+constexpr std::uint8_t snap = 0x80;
+constexpr std::uint8_t ipv6 = 0x8E;
+constexpr std::uint8_t ipv4 = 0xCC;
+} // namespace Nlpid
+
+// Frame Relay with the multiprotocol encapsulation of RFC 2427: a Q.922 address
+// of two to four bytes (the EA bit, bit 0, ends it), the UI control byte 0x03,
+// an optional pad byte 0x00, then the NLPID: IPv4, IPv6, or SNAP (an OUI, then
+// an ethertype when the OUI is 00-00-00).
+FrameKind decodeFrameRelay(Bytes b, Segment & out) noexcept {
+   std::size_t pos = 0;
+   for (;;) {
+      if (pos == b.size() || pos == 4) {
+         return FrameKind::malformed;
+      }
+      if (b[pos++] & 0x01) {
+         break;
+      }
+   }
+   if (pos < 2) {
+      return FrameKind::malformed; // an address is at least two bytes
+   }
+   if (pos == b.size() || b[pos] != 0x03) {
+      return FrameKind::notIp; // not a UI frame (Q.933 signalling uses UI too, with NLPID 0x08)
+   }
+   ++pos;
+   if (pos < b.size() && b[pos] == 0x00) {
+      ++pos;
+   }
+   if (pos == b.size()) {
+      return FrameKind::malformed;
+   }
+   std::uint8_t const nlpid = b[pos++];
+   switch (nlpid) {
+    case Nlpid::ipv4:
+      return decodeIpv4(b.subspan(pos), out);
+    case Nlpid::ipv6:
+      return decodeIpv6(b.subspan(pos), out);
+    case Nlpid::snap:
+      if (pos + 5 > b.size()) {
+         return FrameKind::malformed;
+      }
+      if (b[pos] != 0 || b[pos + 1] != 0 || b[pos + 2] != 0) {
+         return FrameKind::notIp; // bridged frames and other organisations' protocols
+      }
+      return decodeEtherType(be16(&b[pos + 3]), b.subspan(pos + 5), out);
+    default:
+      return FrameKind::notIp;
+   }
+}
+
 FrameKind decodeLoopback(std::uint32_t family, Bytes b, Segment & out) noexcept {
    switch (family) {
     case 2: // AF_INET everywhere
@@ -353,6 +405,8 @@ std::optional<LinkType> linkTypeOfDlt(int dlt) noexcept {
       return LinkType::bsdNull;
     case DLT_LOOP:
       return LinkType::bsdLoop;
+    case DLT_FRELAY:
+      return LinkType::frameRelay;
     default:
       return std::nullopt;
    }
@@ -360,7 +414,7 @@ std::optional<LinkType> linkTypeOfDlt(int dlt) noexcept {
 
 std::string supportedLinkTypesText() {
    return "EN10MB (Ethernet), LINUX_SLL, LINUX_SLL2, PPP, PPP_SERIAL, C_HDLC, PPP_ETHER, RAW, IPV4, IPV6, "
-          "NULL, LOOP";
+          "NULL, LOOP, FRELAY (Frame Relay)";
 }
 
 FrameKind decodeFrame(LinkType link, std::span<std::uint8_t const> frame, Segment & out) noexcept {
@@ -412,6 +466,8 @@ FrameKind decodeFrame(LinkType link, std::span<std::uint8_t const> frame, Segmen
          return FrameKind::malformed;
       }
       return decodeLoopback(be32(&b[0]), b.subspan(4), out);
+    case LinkType::frameRelay:
+      return decodeFrameRelay(b, out);
    }
    return FrameKind::notIp;
 }

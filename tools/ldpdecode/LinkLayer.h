@@ -28,6 +28,7 @@ enum class LinkType : std::uint8_t {
    rawIpv6,
    bsdNull,    // BSD loopback: 4-byte address family in the capturer's byte order
    bsdLoop,    // OpenBSD loopback: the same in network byte order
+   frameRelay, // Frame Relay: Q.922 address, UI control, NLPID (IPv4, IPv6, SNAP)
 };
 
 std::optional<LinkType> linkTypeOfDlt(int dlt) noexcept;

@@ -105,6 +105,18 @@ TEST(DecodeFrame, EveryLinkTypeDownToTheLdpPayload) {
        {"BSD loopback, IPv6 family 30", LinkType::bsdNull, "1e000000" + ip6tcp, tcp6Seen},
        {"BSD loopback, unknown family", LinkType::bsdNull, "07000000" + ip4udp, "not IP"},
        {"OpenBSD loopback, IPv6 family 24", LinkType::bsdLoop, "00000018" + ip6tcp, tcp6Seen},
+       {"Frame Relay, IPv4", LinkType::frameRelay, "1841 03 cc" + ip4udp, udpSeen},
+       {"Frame Relay, IPv6", LinkType::frameRelay, "1841 03 8e" + ip6tcp, tcp6Seen},
+       {"Frame Relay, pad byte", LinkType::frameRelay, "1841 03 00 cc" + ip4udp, udpSeen},
+       {"Frame Relay, SNAP", LinkType::frameRelay, "1841 03 00 80 000000 0800" + ip4udp, udpSeen},
+       {"Frame Relay, SNAP of another OUI", LinkType::frameRelay, "1841 03 00 80 0080c2 0007" + ip4udp, "not IP"},
+       {"Frame Relay, 4-byte address", LinkType::frameRelay, "1840 0001 03 cc" + ip4udp, udpSeen},
+       {"Frame Relay, address never ends", LinkType::frameRelay, "1840 0000 03 cc" + ip4udp, "malformed"},
+       {"Frame Relay, 1-byte address", LinkType::frameRelay, "19 03 cc" + ip4udp, "malformed"},
+       {"Frame Relay, Q.933 signalling", LinkType::frameRelay, "0001 03 08 00 75", "not IP"},
+       {"Frame Relay, not UI", LinkType::frameRelay, "1841 13 cc" + ip4udp, "not IP"},
+       {"Frame Relay, cut after the control", LinkType::frameRelay, "1841 03", "malformed"},
+       {"Frame Relay, SNAP cut", LinkType::frameRelay, "1841 03 80 0000", "malformed"},
    };
    for (Row const & row : rows) {
       auto const b = hexBytes(row.frame);
@@ -182,6 +194,7 @@ TEST(LinkTypeOfDlt, MapsTheSupportedTypesOnly) {
        {9, LinkType::ppp},        {50, LinkType::pppHdlc},   {104, LinkType::ciscoHdlc},
        {51, LinkType::pppoe},     {12, LinkType::rawIp},     {228, LinkType::rawIpv4},
        {229, LinkType::rawIpv6},  {0, LinkType::bsdNull},    {108, LinkType::bsdLoop},
+       {107, LinkType::frameRelay},
        {105, std::nullopt},       {147, std::nullopt},       {-1, std::nullopt},
    };
    for (Dlt const & row : rows) {

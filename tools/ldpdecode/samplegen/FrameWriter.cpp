@@ -76,6 +76,26 @@ Bytes ethernet(Mac const & dst, Mac const & src, std::uint16_t etherType, Bytes 
    return b;
 }
 
+Bytes frameRelay(std::uint16_t dlci, Bytes const & ipPacket, bool snap) {
+   // DLCI high six bits, C/R 0, EA 0; DLCI low four bits, FECN, BECN, DE 0, EA 1.
+   Bytes b;
+   b.reserve(10 + ipPacket.size());
+   b.push_back(std::uint8_t((dlci >> 4) << 2));
+   b.push_back(std::uint8_t(((dlci & 0x0F) << 4) | 0x01));
+   b.push_back(0x03);
+   bool const v6 = !ipPacket.empty() && ipPacket[0] >> 4 == 6;
+   if (snap) {
+      for (std::uint8_t const x : {0x00, 0x80, 0x00, 0x00, 0x00}) {  // pad, NLPID, OUI
+         b.push_back(x);
+      }
+      put16(b, v6 ? EtherType::ipv6 : EtherType::ipv4);
+   } else {
+      b.push_back(v6 ? 0x8E : 0xCC);
+   }
+   appendBytes(b, ipPacket);
+   return b;
+}
+
 Bytes ip(Vorin::IpGenAddr const & src, Vorin::IpGenAddr const & dst, std::uint8_t proto, Bytes const & payload,
          std::uint8_t ttl) {
    Bytes b;

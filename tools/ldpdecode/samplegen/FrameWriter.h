@@ -43,6 +43,10 @@ constexpr std::uint8_t ack = 0x10;
 } // namespace TcpFlags
 
 Bytes ethernet(Mac const & dst, Mac const & src, std::uint16_t etherType, Bytes const & payload);
+// A Frame Relay frame (RFC 2427) on a DLCI carrying an IP packet: the two-byte
+// Q.922 address, UI control, then the NLPID of IPv4 or IPv6, or, with `snap`,
+// the pad byte, the SNAP NLPID, OUI 00-00-00 and the ethertype.
+Bytes frameRelay(std::uint16_t dlci, Bytes const & ipPacket, bool snap);
 // IPv4 or IPv6 by the family of the addresses.
 Bytes ip(Vorin::IpGenAddr const & src, Vorin::IpGenAddr const & dst, std::uint8_t proto, Bytes const & payload,
          std::uint8_t ttl = 64);

@@ -50,16 +50,29 @@ Mac const allRouters4 = {0x01, 0x00, 0x5e, 0, 0, 0x02};
 Mac const allRouters6 = {0x33, 0x33, 0, 0, 0, 0x02};
 
 // Frames between two routers on one Ethernet link, time stamped in steps.
+// The link between the two routers: Ethernet, or a Frame Relay circuit (DLCI
+// 100) whose unicast frames carry the IP NLPIDs and whose multicast frames the
+// SNAP form.
+enum class LinkKind { ethernet, frameRelay };
+
 class Link {
  public:
-   Link(PcapWriter & w, std::uint64_t start) : w_(w), t_(start) {}
+   Link(PcapWriter & w, std::uint64_t start, LinkKind kind = LinkKind::ethernet) : w_(w), t_(start), kind_(kind) {}
 
    void toPeer(bool fromFirst, Bytes const & ipPacket, std::uint64_t stepMicros = 1000) {
+      if (kind_ == LinkKind::frameRelay) {
+         put(frameRelay(100, ipPacket, false), stepMicros);
+         return;
+      }
       Mac const & src = fromFirst ? r1Mac : r2Mac;
       Mac const & dst = fromFirst ? r2Mac : r1Mac;
       put(ethernet(dst, src, ipPacket[0] >> 4 == 6 ? EtherType::ipv6 : EtherType::ipv4, ipPacket), stepMicros);
    }
    void multicast(bool fromFirst, Bytes const & ipPacket, std::uint64_t stepMicros = 1000) {
+      if (kind_ == LinkKind::frameRelay) {
+         put(frameRelay(100, ipPacket, true), stepMicros);
+         return;
+      }
       bool const v6 = ipPacket[0] >> 4 == 6;
       put(ethernet(v6 ? allRouters6 : allRouters4, fromFirst ? r1Mac : r2Mac, v6 ? EtherType::ipv6 : EtherType::ipv4,
                    ipPacket),
@@ -73,6 +86,7 @@ class Link {
  private:
    PcapWriter & w_;
    std::uint64_t t_;
+   LinkKind kind_;
 };
 
 Bytes hello(LdpIdentifier const & id, std::uint32_t msgId, IpGenAddr const & transport, std::uint32_t seq,
@@ -114,9 +128,9 @@ Bytes pwFec(std::uint32_t pwId, bool withParams) {
 // 2.2.2.2 to 1.1.1.1 with initialization and capabilities, addresses, prefix and
 // pseudowire label mappings, a request that fails, an aborted request,
 // withdraws, releases, a PW status notification and a shutdown.
-void writeSession(std::string const & path) {
-   PcapWriter w(path, DLT_EN10MB);
-   Link link(w, startMicros);
+void writeSession(std::string const & path, LinkKind kind = LinkKind::ethernet) {
+   PcapWriter w(path, kind == LinkKind::frameRelay ? DLT_FRELAY : DLT_EN10MB);
+   Link link(w, startMicros, kind);
    LdpIdentifier const r1 = ldpId("1.1.1.1:0");
    LdpIdentifier const r2 = ldpId("2.2.2.2:0");
    IpGenAddr const r1Link = addr("10.0.12.1");
@@ -491,6 +505,7 @@ void writeTestData(std::string const & dir) {
    writeReassembly(dir + "/reassembly.pcapng");
    writeMplsVlan(dir + "/mpls-vlan.pcap");
    writePppAndLoopback(dir + "/ppp-hdlc.pcap", dir + "/null-ipv6.pcap");
+   writeSession(dir + "/session-frame-relay.pcap", LinkKind::frameRelay);
    std::string const cut = dir + "/truncated.pcap";
    writeSession(cut);
    std::filesystem::resize_file(cut, std::filesystem::file_size(cut) - 30);
