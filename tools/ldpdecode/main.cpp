@@ -21,6 +21,7 @@
 #include "ParallelReporter.h"
 #include "PcapInput.h"
 #include "Reporter.h"
+#include "Usage.h"
 
 using namespace LdpDecode;
 
@@ -29,33 +30,6 @@ namespace {
 constexpr int exitOk = 0;
 constexpr int exitFaults = 1;
 constexpr int exitUsage = 2;
-
-char const usageText[] =
-    "usage: ldpdecode [options] FILE|-\n"
-    "       ldpdecode [options] -i IFACE\n"
-    "       ldpdecode [options] --hex [FILE|-]\n"
-    "Decodes the LDP PDUs of a capture as an LDP agent's receive path sees them:\n"
-    "every PDU and message with the library's text form, every fault with its\n"
-    "status code and what the agent does with it.\n"
-    "\n"
-    "  FILE        pcap or pcapng capture; '-' reads it from standard input\n"
-    "  -i IFACE    capture live on IFACE until interrupted\n"
-    "  -f FILTER   BPF filter (live default: \"tcp port 646 or udp port 646\")\n"
-    "  -c COUNT    stop after COUNT frames\n"
-    "  --hex       the input is hex text of LDP PDUs (FILE, or standard input),\n"
-    "              e.g. \"0001 001e 0a00 0001 0000 ...\"; blanks and : , - | are ignored\n"
-    "  --summary   print totals only: frames, PDUs, messages per type, faults per\n"
-    "              status code, LDP identifiers and sessions\n"
-    "  --json      JSON Lines: one object per PDU and per note; with --summary one\n"
-    "              object of totals\n"
-    "  --check     exit status 1 when the agent would refuse any PDU or message\n"
-    "  --threads N parse on N worker threads besides the reading thread, which\n"
-    "              parses too (default: one per further processor, at most 4; 0\n"
-    "              parses on the reading thread alone, as live capture does)\n"
-    "  -h, --help  this text\n"
-    "\n"
-    "Times are UTC. Exit status: 0 decoded; 1 faults found (with --check); 2 usage\n"
-    "or input error.\n";
 
 struct Options {
    std::string input;         // file, "-", or empty
@@ -68,6 +42,7 @@ struct Options {
    bool json = false;
    bool check = false;
    bool help = false;
+   bool man = false;
 };
 
 struct UsageError {
@@ -85,7 +60,10 @@ Options parseOptions(int argc, char ** argv) {
    };
    for (int i = 1; i < argc; ++i) {
       std::string const a = argv[i];
-      if (a == "-h" || a == "--help") {
+      if (a == "--man") {
+         o.man = true;
+         o.help = true;
+      } else if (a == "-h" || a == "--help") {
          o.help = true;
       } else if (a == "--hex") {
          o.hex = true;
@@ -190,8 +168,8 @@ int main(int argc, char ** argv) {
       return exitUsage;
    }
    if (opt.help) {
-      std::fputs(usageText, stdout);
-      return exitOk;
+      std::fputs((opt.man ? manPage() : helpText()).c_str(), stdout);
+      return std::fflush(stdout) == 0 && !std::ferror(stdout) ? exitOk : exitUsage;
    }
 
    Output out(stdout);
