@@ -85,7 +85,7 @@ TEST(ConfigRecords, FreshRecordsHoldTheirDefaults) {
         {"latestAdjStatusCode", "success"}}},
       {"LdpPeerConfigColl", [] { return Zon::makePtr<LdpPeerConfigColl>("peers"); }, {{"peerConfig", "{}"}}},
       {"LdpLsrIntfIpAddrColl", [] { return Zon::makePtr<LdpLsrIntfIpAddrColl>("addrs", peer); },
-       {{"peerLdpId", "6.6.6.6:0"}, {"ipAddressSet", "{}"}}},
+       {{"name", "'addrs'"}, {"peerLdpId", "6.6.6.6:0"}, {"ipAddressSet", "{}"}}},
       // The platform's request first, then what LDP adds.
       {"LdpTcpConnConfig",
        [] {
