@@ -8,6 +8,19 @@ namespace Ldp {
 
 namespace {
 
+// A fixed-size TLV or sub-TLV with its type and its length field filled in.
+template <typename T, typename Type>
+T fixedItem(Type type) noexcept {
+   T t;
+   t.typeIs(type);
+   t.lengthIs(T::requiredLength);
+   return t;
+}
+
+} // namespace
+
+namespace {
+
 // The wire structures whose variable part follows them are filled through a
 // view laid over the reserved bytes.
 template <typename T>
@@ -118,9 +131,7 @@ void LdpPduWriter::end() noexcept {
 }
 
 void LdpPduWriter::commonHelloTlv(std::uint16_t holdTime, bool targeted, bool requestTargeted) noexcept {
-   LdpCommonHelloTlv t;
-   t.typeIs(LdpTlvType::commonHelloTlv);
-   t.lengthIs(LdpCommonHelloTlv::requiredLength);
+   auto t = fixedItem<LdpCommonHelloTlv>(LdpTlvType::commonHelloTlv);
    t.holdTimeIs(holdTime);
    t.targetedHelloIs(targeted);
    t.requestSendTargetedHelloIs(requestTargeted);
@@ -128,34 +139,26 @@ void LdpPduWriter::commonHelloTlv(std::uint16_t holdTime, bool targeted, bool re
 }
 
 void LdpPduWriter::ipv4TransportTlv(Vorin::IpAddr addr) noexcept {
-   LdpIpTransportAddrTlv t;
-   t.typeIs(LdpTlvType::ipv4TransportAddrTlv);
-   t.lengthIs(LdpIpTransportAddrTlv::requiredLength);
+   auto t = fixedItem<LdpIpTransportAddrTlv>(LdpTlvType::ipv4TransportAddrTlv);
    t.ipAddrIs(addr);
    put(t);
 }
 
 void LdpPduWriter::ipv6TransportTlv(Vorin::Ip6Addr const & addr) noexcept {
-   LdpIp6TransportAddrTlv t;
-   t.typeIs(LdpTlvType::ipv6TransportAddrTlv);
-   t.lengthIs(LdpIp6TransportAddrTlv::requiredLength);
+   auto t = fixedItem<LdpIp6TransportAddrTlv>(LdpTlvType::ipv6TransportAddrTlv);
    t.ip6AddrIs(addr);
    put(t);
 }
 
 void LdpPduWriter::configSeqNumTlv(std::uint32_t seq) noexcept {
-   LdpConfigSeqNumTlv t;
-   t.typeIs(LdpTlvType::configSeqNumTlv);
-   t.lengthIs(LdpConfigSeqNumTlv::requiredLength);
+   auto t = fixedItem<LdpConfigSeqNumTlv>(LdpTlvType::configSeqNumTlv);
    t.configSeqNumIs(seq);
    put(t);
 }
 
 void LdpPduWriter::sessionParamTlv(std::uint16_t keepAlive, std::uint16_t maxPdu, LdpIdentifier const & receiver,
                                    bool loopDetect, std::uint8_t pathVectorLimit, bool downstreamOnDemand) noexcept {
-   LdpCommonSessionParamTlv t;
-   t.typeIs(LdpTlvType::commonSessionParamTlv);
-   t.lengthIs(LdpCommonSessionParamTlv::requiredLength);
+   auto t = fixedItem<LdpCommonSessionParamTlv>(LdpTlvType::commonSessionParamTlv);
    t.protocolVersionIs(1);
    t.keepAliveTimeIs(keepAlive);
    t.advDisciplineIs(downstreamOnDemand);
@@ -203,25 +206,19 @@ void LdpPduWriter::addressListTlv(std::span<Vorin::IpGenAddr const> addrs) noexc
 }
 
 void LdpPduWriter::genLabelTlv(std::uint32_t label) noexcept {
-   LdpGenLabelTlv t;
-   t.typeIs(LdpTlvType::genLabelTlv);
-   t.lengthIs(LdpGenLabelTlv::requiredLength);
+   auto t = fixedItem<LdpGenLabelTlv>(LdpTlvType::genLabelTlv);
    t.labelIs(Vorin::MplsLabel(label));
    put(t);
 }
 
 void LdpPduWriter::labelReqMsgIdTlv(std::uint32_t msgId) noexcept {
-   LdpLabelReqMsgIdTlv t;
-   t.typeIs(LdpTlvType::labelReqMsgIdTlv);
-   t.lengthIs(LdpLabelReqMsgIdTlv::requiredLength);
+   auto t = fixedItem<LdpLabelReqMsgIdTlv>(LdpTlvType::labelReqMsgIdTlv);
    t.reqMsgIdIs(msgId);
    put(t);
 }
 
 void LdpPduWriter::hopCountTlv(std::uint8_t hops) noexcept {
-   LdpHopCountTlv t;
-   t.typeIs(LdpTlvType::hopCountTlv);
-   t.lengthIs(LdpHopCountTlv::requiredLength);
+   auto t = fixedItem<LdpHopCountTlv>(LdpTlvType::hopCountTlv);
    t.hopCountIs(hops);
    put(t);
 }
@@ -247,9 +244,7 @@ void LdpPduWriter::pathVectorTlv(std::span<Vorin::IpAddr const> lsrIds) noexcept
 
 void LdpPduWriter::statusTlv(LdpStatusCode code, bool fatal, bool forward, std::uint32_t msgId,
                              std::uint16_t msgType) noexcept {
-   LdpStatusTlv t;
-   t.typeIs(LdpTlvType::statusTlv);
-   t.lengthIs(LdpStatusTlv::requiredLength);
+   auto t = fixedItem<LdpStatusTlv>(LdpTlvType::statusTlv);
    t.statusDataIs(code);
    t.statusErrorIs(fatal);
    t.statusForwardUnknownIs(forward);
@@ -259,9 +254,7 @@ void LdpPduWriter::statusTlv(LdpStatusCode code, bool fatal, bool forward, std::
 }
 
 void LdpPduWriter::pwStatusTlv(std::uint32_t bits) noexcept {
-   LdpPwStatusTlv t;
-   t.typeIs(LdpTlvType::pwStatusTlv);
-   t.lengthIs(LdpPwStatusTlv::requiredLength);
+   auto t = fixedItem<LdpPwStatusTlv>(LdpTlvType::pwStatusTlv);
    t.statusIs(bits);
    put(t);
 }
@@ -321,9 +314,7 @@ void LdpPduWriter::hostAddrElement(Vorin::IpGenAddr const & addr) noexcept {
 }
 
 void LdpPduWriter::pwMtuSubTlv(std::uint16_t mtu) noexcept {
-   LdpPwIntfMtuSubTlv s;
-   s.typeIs(LdpPwIntfParamSubTlvType::intfMtu);
-   s.lengthIs(LdpPwIntfMtuSubTlv::requiredLength);
+   auto s = fixedItem<LdpPwIntfMtuSubTlv>(LdpPwIntfParamSubTlvType::intfMtu);
    s.mtuIs(mtu);
    put(s);
 }
@@ -344,25 +335,19 @@ void LdpPduWriter::pwDescriptionSubTlv(std::string_view text) noexcept {
 }
 
 void LdpPduWriter::pwRequestedVlanIdSubTlv(std::uint16_t vlanId) noexcept {
-   LdpPwRequestedVlanIdSubTlv s;
-   s.typeIs(LdpPwIntfParamSubTlvType::requestedVlanId);
-   s.lengthIs(LdpPwRequestedVlanIdSubTlv::requiredLength);
+   auto s = fixedItem<LdpPwRequestedVlanIdSubTlv>(LdpPwIntfParamSubTlvType::requestedVlanId);
    s.vlanIdIs(vlanId);
    put(s);
 }
 
 void LdpPduWriter::pwFragIndicatorSubTlv(std::uint16_t bits) noexcept {
-   LdpPwFragIndicatorSubTlv s;
-   s.typeIs(LdpPwIntfParamSubTlvType::fragIndicator);
-   s.lengthIs(LdpPwFragIndicatorSubTlv::requiredLength);
+   auto s = fixedItem<LdpPwFragIndicatorSubTlv>(LdpPwIntfParamSubTlvType::fragIndicator);
    s.fragIndicatorIs(bits);
    put(s);
 }
 
 void LdpPduWriter::pwVccvSubTlv(std::uint8_t ccTypes, std::uint8_t cvTypes) noexcept {
-   LdpPwVccvParamSubTlv s;
-   s.typeIs(LdpPwIntfParamSubTlvType::vccvParam);
-   s.lengthIs(LdpPwVccvParamSubTlv::requiredLength);
+   auto s = fixedItem<LdpPwVccvParamSubTlv>(LdpPwIntfParamSubTlvType::vccvParam);
    s.vccvParamIs(LdpPwVccvParamField(ccTypes, cvTypes));
    put(s);
 }
