@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpPduParser.h"
 #include "support/AllocCount.h"
 #include "vorin/Pkt.h"

@@ -14,8 +14,11 @@ file(GLOB LDPGEN_DEPENDS CONFIGURE_DEPENDS
   ${CMAKE_CURRENT_LIST_DIR}/../tools/gen/*.py
   ${CMAKE_CURRENT_LIST_DIR}/../tools/gen/modelgen/*.py)
 
+#   ldp_generate(<sources-var> ROOT <dir> OUT <dir> SCHEMAS <schema>... [IMPORTS <schema>...])
+# IMPORTS: schemas of other calls that these may import; a change to one of them
+# regenerates these too.
 function(ldp_generate sources_var)
-  cmake_parse_arguments(arg "" "ROOT;OUT" "SCHEMAS" ${ARGN})
+  cmake_parse_arguments(arg "" "ROOT;OUT" "SCHEMAS;IMPORTS" ${ARGN})
   set(generated)
   foreach(schema IN LISTS arg_SCHEMAS)
     file(RELATIVE_PATH rel ${arg_ROOT} ${schema})
@@ -28,7 +31,7 @@ function(ldp_generate sources_var)
       BYPRODUCTS ${header} ${source}
       COMMAND Python3::Interpreter -B ${LDPGEN_SCRIPT} --root ${arg_ROOT} --out ${arg_OUT}
               --stamp ${stamp} ${rel}
-      DEPENDS ${arg_SCHEMAS} ${LDPGEN_DEPENDS}
+      DEPENDS ${arg_SCHEMAS} ${arg_IMPORTS} ${LDPGEN_DEPENDS}
       WORKING_DIRECTORY ${arg_ROOT}
       COMMENT "Generating ${stem}.h and ${stem}.gen.cpp from ${rel}"
       VERBATIM)

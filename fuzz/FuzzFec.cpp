@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "FuzzTouch.h"
-#include "ldp/config/LdpProtoParam.h"
+#include "ldp/wire/LdpProtoParam.h"
 #include "ldp/parser/LdpFecTlvParser.h"
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t size) {

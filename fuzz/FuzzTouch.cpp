@@ -1,6 +1,6 @@
 #include "FuzzTouch.h"
 
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpLabelMsgParser.h"
 #include "ldp/parser/LdpPwGenMsgParser.h"
 #include "ldp/parser/LdpSessionMsgParser.h"

@@ -12,7 +12,7 @@ void LdpConfigColl::handleInitialized() {
 
 } // namespace Ldp
 
-#include "ldp/config/LdpProtoParam.h"
+#include "ldp/wire/LdpProtoParam.h"
 #include "ldp/wire/LdpTlv.h"
 
 // The wire layer depends on nothing else of libLdp, so the session parameter

@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-#include "ldp/config/LdpProtoParam.h"
+#include "ldp/wire/LdpProtoParam.h"
 #include "ldp/parser/LdpParseFault.h"
 #include "ldp/parser/LdpPktReader.h"
 #include "ldp/wire/LdpFecElement.h"

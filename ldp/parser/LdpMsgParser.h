@@ -9,7 +9,7 @@
 #include <cstdint>
 
 #include "ldp/parser/LdpFecTlvParser.h"
-#include "ldp/config/LdpProtoParam.h"
+#include "ldp/wire/LdpProtoParam.h"
 #include "ldp/parser/LdpParseFault.h"
 #include "ldp/parser/LdpPktReader.h"
 #include "ldp/parser/LdpTlvGroupParser.h"

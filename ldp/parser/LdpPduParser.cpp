@@ -1,6 +1,6 @@
 #include "ldp/parser/LdpPduParser.h"
 
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpMsgParser.h"
 #include "ldp/parser/LdpPktReader.h"
 #include "zon/Assert.h"

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "ldp/config/LdpProtoParam.h"
+#include "ldp/wire/LdpProtoParam.h"
 #include "ldp/parser/LdpParseFault.h"
 #include "ldp/parser/LdpTlvGroupParser.h"
 #include "ldp/wire/LdpHdr.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 #include "support/Hex.h"
 #include "support/Truncation.h"
 #include "vorin/Pkt.h"

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpMsgParser.h"
 #include "ldp/parser/LdpPduParser.h"
 #include "zon/Enum.h"

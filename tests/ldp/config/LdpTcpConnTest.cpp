@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "ldp/config/LdpProtoParam.h"
+#include "ldp/wire/LdpProtoParam.h"
 #include "ldp/config/LdpTcpConn.h"
 #include "support/ModelTables.h"
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpPduParser.h"
 
 using namespace Ldp;

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpSessionMsgParser.h"
 #include "support/Hex.h"
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpMsgParser.h"
 #include "ldp/parser/LdpPduParser.h"
 #include "ldp/parser/LdpTlvGroupParser.h"

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpLabelMsgParser.h"
 #include "support/DeathText.h"
 #include "support/Hex.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpPwGenMsgParser.h"
 #include "support/Hex.h"
 #include "support/MsgFaults.h"

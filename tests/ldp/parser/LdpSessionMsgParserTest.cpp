@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpPduParser.h"
 #include "ldp/parser/LdpSessionMsgParser.h"
 #include "support/DeathText.h"

@@ -1,4 +1,4 @@
-#include "ldp/common/LdpUtils.h"
+#include "ldp/parser/LdpMsgParserGet.h"
 
 #include "ldp/parser/LdpLabelMsgParser.h"
 #include "ldp/parser/LdpPwGenMsgParser.h"
