@@ -22,7 +22,7 @@ ENTITY_KINDS = {
     "set": (["key type"], ["ordered"], "no"),
     "counters": (["key type", "value type"], ["ordered", "dec"], "no"),
     "coll": (["key type", "entity type"], ["ordered", "replace"], "no"),
-    "child": (["entity type"], [], "no"),
+    "child": (["entity type"], ["byname"], "no"),
     "queue": (["value type"], ["capacity"], "no"),
     "refs": (["entity type"], ["ordered"], "required"),
     "const": (["type"], ["getter"], "required"),
@@ -485,6 +485,9 @@ def check_entity(entity, info):
             if element is not None and (element.unnamed or (element.key() is not None and not element.has_name_param())):
                 raise m.where.error(f"child {m.name} needs an entity made with a name; "
                                     f"{element.name} is {'unnamed' if element.unnamed else 'keyed'}")
+            if m.has("byname") and (element is None or len(element.ctor_params()) < 2):
+                raise m.where.error(f"child {m.name} is made with a name alone, so byname has nothing "
+                                    f"else to leave uncompared")
     if entity.unnamed and key is not None:
         raise entity.where.error(f"entity {entity.name} is unnamed and so cannot have the key '{key.name}'")
     if entity.base:
