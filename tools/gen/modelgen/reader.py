@@ -298,11 +298,17 @@ class Reader:
         if keyword == "method":
             decl = line[len("method"):].strip().rstrip(";")
             if decl in HAND_WRITTEN:  # a generated part that the .cpp writes instead
+                if isinstance(block, Value):
+                    raise where.error(f"method {decl} is for entities; value {block.name} has no generated "
+                                      f"constructor, factory or hook to hand over")
                 block.members.append(Member(where, "method", decl, text=decl))
                 return
             match = re.search(r"([A-Za-z_][A-Za-z0-9_]*)\s*\(", decl)
             if not match:
                 raise where.error("usage: method <C++ declaration>, such as: method void f(int n) const")
+            if match.group(1) in HAND_WRITTEN:
+                raise where.error(f"method {match.group(1)} takes no declaration: write 'method "
+                                  f"{match.group(1)}' alone (its parameters are the entity's)")
             block.members.append(Member(where, "method", match.group(1), text=decl))
             return
         head, default = split_default(line)
