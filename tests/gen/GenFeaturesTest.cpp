@@ -1,10 +1,14 @@
 // Behaviour of the generator's features for the status model (GenFeatures.zon):
 // new… that replaces, bounded queues, references to entities owned elsewhere,
-// getter constants and unnamed entities.
+// getter constants and unnamed entities, and elements and children whose
+// allocation fails.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <vector>
 
+#include "support/FailingNothrowNew.h"
 #include "support/ModelTables.h"
 #include "tests/gen/GenFeatures.h"
 #include "zon/Exception.h"
@@ -140,6 +144,49 @@ TEST(GenFeatures, ChildrenWithParametersAndConstructorHooks) {
    EXPECT_NE(shelf->newTable("second", 2), second); // new always makes a fresh one
    EXPECT_EQ(r.take(), (Records{"table", "table", "table"}));
    expectAttrs(*shelf->table(), {{"owner", "2"}, {"made", "1"}});
+   // Kept by its name alone: another owner returns the child there is.
+   Zon::Ptr<GenTest::Table> spare = shelf->spareIs("spare", 1);
+   EXPECT_EQ(shelf->spareIs("spare", 2), spare);
+   EXPECT_EQ(spare->owner(), 1u);
+   Zon::Ptr<GenTest::Table> renamed = shelf->spareIs("other", 1);
+   EXPECT_NE(renamed, spare);
+   EXPECT_EQ(spare->parent(), nullptr);
+   EXPECT_EQ(r.take(), (Records{"spare", "spare"}));
+}
+
+// Elements and children without a factory are allocated as the factories
+// allocate: a heap that has run out gives "null ValidPtr", not std::bad_alloc,
+// and leaves the collection and the child as they were, with nobody told.
+TEST_F(Features, AFailedAllocationIsNullValidPtrAndChangesNothing) {
+   auto shelf = Zon::makePtr<GenTest::Shelf>("shelf");
+   Zon::Ptr<GenTest::Table> const table = shelf->table();
+   Zon::AttrRecorder onShelf(shelf.ptr());
+   std::vector<std::function<void()>> const makers = {
+      [&] { b->peerIs(1, "one"); },         [&] { b->newPeer(2, "two"); },
+      [&] { b->keptPeerIs(3, "three"); },   [&] { shelf->tableIs("other", 2); },
+      [&] { shelf->newTable("first", 1); }, [&] { shelf->spareIs("spare", 1); },
+   };
+   std::vector<std::string> texts;
+   {
+      LdpTest::NothrowAllocationFailure failing;
+      for (auto const & make : makers) {
+         try {
+            make();
+            texts.emplace_back("made");
+         } catch (Zon::RangeException const & e) {
+            texts.emplace_back(e.what());
+         }
+      }
+   }
+   EXPECT_EQ(texts, std::vector<std::string>(makers.size(), "null ValidPtr"));
+   EXPECT_EQ(b->peers(), 0u);
+   EXPECT_EQ(b->keptPeers(), 0u);
+   EXPECT_EQ(shelf->table(), table);
+   EXPECT_EQ(table->parent(), shelf.ptr());
+   EXPECT_FALSE(shelf->spare());
+   EXPECT_TRUE(r.records().empty());
+   EXPECT_TRUE(onShelf.records().empty());
+   EXPECT_TRUE(b->peerIs(1, "one")); // the heap is back
 }
 
 TEST(GenFeatures, GetterConstantsAndUnnamedEntities) {

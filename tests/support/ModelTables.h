@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,6 +43,22 @@ void expectAttrs(T const & x, AttrTable const & table, Coverage coverage = Cover
          EXPECT_TRUE(listed) << "attribute " << a.info.name << " is not in the table; it holds " << a.text;
       }
    }
+}
+
+// Checks every attribute of `x`, in the order the entity lists them, against
+// the table: a missing, extra or misplaced attribute fails and the whole list is
+// shown as "attribute = text".
+template <typename T>
+void expectAttrsInOrder(T const & x, AttrTable const & table) {
+   std::vector<std::string> expected;
+   std::vector<std::string> actual;
+   for (auto const & [name, text] : table) {
+      expected.push_back(std::string(name) + " = " + std::string(text));
+   }
+   for (Zon::AttrText const & a : Zon::attrTexts(x)) {
+      actual.push_back(std::string(a.info.name) + " = " + a.text);
+   }
+   EXPECT_EQ(actual, expected);
 }
 
 } // namespace LdpTest

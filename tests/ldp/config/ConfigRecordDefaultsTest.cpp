@@ -39,9 +39,9 @@ TEST(ConfigRecords, FreshRecordsHoldTheirDefaults) {
    PwFecSessionId const pwSession(peer, Pseudowire::PseudowireType::ethernet, Pseudowire::PseudowireId(100));
    std::vector<FreshRecord> const records = {
       // Link hellos: 5/15 with a retry interval, enabled from the start.
-      {"LdpLinkConfig", [] { return Zon::makePtr<LdpLinkConfigColl>("links")->adjLinkConfigIs("eth1"); },
-       {{"interval", "5"}, {"holdTime", "15"}, {"retryInterval", "1"}, {"intfId", "eth1"}, {"ipAddr", "0.0.0.0"},
-        {"configState", "configEnabled"}, {"operStatus", "unknown"}}},
+      {"LdpLinkConfig", [] { return Zon::makePtr<LdpLinkConfigColl>("links")->adjLinkConfigIs("link1", "eth1"); },
+       {{"interval", "5"}, {"holdTime", "15"}, {"retryInterval", "1"}, {"name", "'link1'"}, {"intfId", "eth1"},
+        {"ipAddr", "0.0.0.0"}, {"configState", "configEnabled"}, {"operStatus", "unknown"}}},
       {"LdpLinkCommonConfig", [] { return Zon::makePtr<LdpLinkConfigColl>("links")->ldpLinkCommonConfigIs("c"); },
        {{"interval", "5"}, {"holdTime", "15"}, {"retryInterval", "1"}, {"ttl", "1"}, {"ipTransportAddr", "0.0.0.0"},
         {"ldpId", "0.0.0.0:0"}, {"configSeqNum", "0"}}},
@@ -49,9 +49,11 @@ TEST(ConfigRecords, FreshRecordsHoldTheirDefaults) {
        {{"ldpLinkCommonConfig", "None"}, {"adjLinkConfig", "{}"}}},
       // Targeted hellos: 15/45 without a retry interval, disabled from the start.
       {"LdpTargetConfig",
-       [] { return Zon::makePtr<LdpTargetConfigColl>("targets")->adjTargetConfigIs(Vorin::IpAddr(192, 0, 2, 6)); },
-       {{"interval", "15"}, {"holdTime", "45"}, {"ipAddr", "192.0.2.6"}, {"configState", "configDisabled"},
-        {"targetMembership", "{}"}}},
+       [] {
+          return Zon::makePtr<LdpTargetConfigColl>("targets")->adjTargetConfigIs("target6", Vorin::IpAddr(192, 0, 2, 6));
+       },
+       {{"interval", "15"}, {"holdTime", "45"}, {"name", "'target6'"}, {"ipAddr", "192.0.2.6"},
+        {"configState", "configDisabled"}, {"targetMembership", "{}"}}},
       {"LdpTargetCommonConfig",
        [] { return Zon::makePtr<LdpTargetConfigColl>("targets")->ldpTargetCommonConfigIs("c"); },
        {{"interval", "15"}, {"holdTime", "45"}, {"ttl", "1"}, {"ipTransportAddr", "0.0.0.0"}, {"ldpId", "0.0.0.0:0"},

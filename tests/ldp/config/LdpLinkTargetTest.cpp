@@ -5,11 +5,13 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ldp/config/LdpLink.h"
 #include "ldp/config/LdpTarget.h"
 #include "support/ModelTables.h"
+#include "zon/Exception.h"
 
 namespace {
 
@@ -64,7 +66,7 @@ TEST(LdpLinkBaseConfig, DerivedRecordsShareTheBaseAttributes) {
    static_assert(LdpLinkConfig::Attr::ipAddr == LdpLinkBaseConfig::Attr::attrCount);
    static_assert(LdpTargetCommonConfig::Attr::ttl == LdpTargetBaseConfig::Attr::attrCount);
    auto coll = Zon::makePtr<LdpLinkConfigColl>("links");
-   auto link = coll->adjLinkConfigIs("eth1");
+   auto link = coll->adjLinkConfigIs("link1", "eth1");
    // A watcher of the base hears a per-link record's timers.
    struct BaseRecorder : LdpLinkBaseConfig::Notifiee {
       Strings seen;
@@ -89,14 +91,14 @@ TEST(LdpLinkBaseConfig, DerivedRecordsShareTheBaseAttributes) {
 TEST(LdpLinkConfigColl, RecordsPerInterfaceAndOneCommonRecord) {
    auto coll = Zon::makePtr<LdpLinkConfigColl>("links");
    Zon::AttrRecorder r(coll.ptr());
-   auto eth1 = coll->newAdjLinkConfig("eth1");
-   EXPECT_EQ(eth1->name(), "eth1");
+   auto eth1 = coll->newAdjLinkConfig("uplink", "eth1");
+   EXPECT_EQ(eth1->name(), "uplink"); // named by its name, keyed by its interface
    EXPECT_EQ(eth1->intfId(), Vorin::IntfId("eth1"));
    EXPECT_EQ(eth1->parent(), coll.ptr());
    eth1->ipAddrIs(Vorin::IpAddr(10, 0, 0, 1));
-   EXPECT_EQ(coll->adjLinkConfigIs("eth1"), eth1); // create-or-get keeps the record
+   EXPECT_EQ(coll->adjLinkConfigIs("uplink", "eth1"), eth1); // create-or-get keeps the record
    EXPECT_EQ(eth1->ipAddr(), Vorin::IpAddr(10, 0, 0, 1));
-   coll->adjLinkConfigIs("eth2");
+   coll->adjLinkConfigIs("downlink", "eth2");
    auto common = coll->ldpLinkCommonConfigIs("common");
    EXPECT_EQ(coll->ldpLinkCommonConfigIs("common"), common);
    coll->adjLinkConfigDel("eth1");
@@ -107,13 +109,50 @@ TEST(LdpLinkConfigColl, RecordsPerInterfaceAndOneCommonRecord) {
                               "adjLinkConfig[eth1]", "ldpLinkCommonConfig"}));
 }
 
+// Links and targets are named by their names and keyed by interface and address:
+// another name for a stored key is refused, and the stored record stays as it was.
+TEST(LdpLinkTargetConfigColls, AnotherNameForAStoredRecordIsRefused) {
+   auto links = Zon::makePtr<LdpLinkConfigColl>("links");
+   auto targets = Zon::makePtr<LdpTargetConfigColl>("targets");
+   Vorin::IpAddr const peer(192, 0, 2, 7);
+   auto const link = links->adjLinkConfigIs("uplink", "eth1");
+   auto const target = targets->adjTargetConfigIs("pe7", peer);
+   Zon::AttrRecorder onLinks(links.ptr());
+   Zon::AttrRecorder onTargets(targets.ptr());
+   std::string const linkError = "Reinstantiating the entity with name uplink where constructor parameter attribute "
+                                 "_name has a different value of downlink than the current value of uplink not allowed";
+   std::string const targetError = "Reinstantiating the entity with name pe7 where constructor parameter attribute "
+                                   "_name has a different value of pe8 than the current value of pe7 not allowed";
+   std::vector<std::pair<std::function<void()>, std::string>> const cases = {
+      {[&] { links->adjLinkConfigIs("downlink", "eth1"); }, linkError},
+      {[&] { links->newAdjLinkConfig("downlink", "eth1"); }, linkError},
+      {[&] { targets->adjTargetConfigIs("pe8", peer); }, targetError},
+      {[&] { targets->newAdjTargetConfig("pe8", peer); }, targetError},
+   };
+   for (auto const & [ask, error] : cases) {
+      try {
+         ask();
+         ADD_FAILURE() << "no exception for " << error;
+      } catch (Zon::NameInUseException const & e) {
+         EXPECT_EQ(e.what(), error);
+      }
+   }
+   EXPECT_EQ(links->adjLinkConfig("eth1"), link);
+   EXPECT_EQ(link->name(), "uplink");
+   EXPECT_EQ(targets->adjTargetConfig(peer), target);
+   EXPECT_EQ(target->name(), "pe7");
+   EXPECT_TRUE(onLinks.records().empty());
+   EXPECT_TRUE(onTargets.records().empty());
+}
+
 TEST(LdpTargetConfigColl, TargetsByAddressWithTheirMemberships) {
    auto coll = Zon::makePtr<LdpTargetConfigColl>("targets");
    Vorin::IpAddr const peer(192, 0, 2, 7);
-   auto t = coll->adjTargetConfigIs(peer);
-   EXPECT_EQ(t->name(), "192.0.2.7");
+   auto t = coll->adjTargetConfigIs("pe7", peer);
+   EXPECT_EQ(t->name(), "pe7"); // named by its name, keyed by the peer's address
    EXPECT_EQ(t->ipAddr(), peer);
-   EXPECT_EQ(coll->newAdjTargetConfig(peer), t);
+   EXPECT_EQ(coll->newAdjTargetConfig("pe7", peer), t);
+   EXPECT_EQ(coll->adjTargetConfig(peer), t);
    Zon::AttrRecorder r(t.ptr());
    t->newTargetMembership(LdpTargetMembership::targetMemberStatic, true);
    t->targetMembershipIs(LdpTargetMembership::targetMemberPw, true);

@@ -84,7 +84,10 @@ TEST(PwFecSessionConfig, AnotherInitialMemberIsRefused) {
    }
    EXPECT_EQ(coll->fecSessionConfig(session), stored);
    EXPECT_EQ(stored->initMember(), PwFecSessionMember::pwFecMemberSessionSm);
+   // Still only the member it was made with: the refused one was not added.
    EXPECT_EQ(stored->members(), 1u);
+   EXPECT_TRUE(stored->member(PwFecSessionMember::pwFecMemberSessionSm));
+   EXPECT_FALSE(stored->member(PwFecSessionMember::pwFecMemberStatic));
    EXPECT_TRUE(r.records().empty());
 }
 

@@ -46,7 +46,17 @@ TEST(LdpFecConfig, FreshRecordOwnsItsTwoSets) {
    expectAttrs(*fec->advertisedTo(), {{"fwdEqvClass", "10.1.0.0/16"}, {"ldpIdentifier", "{}"}});
    EXPECT_EQ(fec->mplsLabelSet()->parent(), fec.ptr());
    auto labels = fec->mplsLabelSet();
-   EXPECT_EQ(fec->mplsLabelSetIs("labelSet", prefix("10.1.0.0/16")), labels); // kept: name and FEC match
+   auto peers = fec->advertisedTo();
+   labels->labelIs(Vorin::MplsLabel(16), true);
+   // Kept by the name alone, whatever FEC is asked for; another name replaces.
+   for (char const * asked : {"10.1.0.0/16", "10.2.0.0/16"}) {
+      EXPECT_EQ(fec->mplsLabelSetIs("labelSet", prefix(asked)), labels);
+      EXPECT_EQ(fec->advertisedToIs("advertisedTo", prefix(asked)), peers);
+   }
+   EXPECT_EQ(labels->fwdEqvClass(), prefix("10.1.0.0/16"));
+   EXPECT_EQ(labels->labels(), 1u);
+   EXPECT_NE(fec->advertisedToIs("peers", prefix("10.1.0.0/16")), peers);
+   EXPECT_EQ(peers->parent(), nullptr);
    coll->fecConfigDel(prefix("10.1.0.0/16"));
    fec = nullptr;
    EXPECT_EQ(labels->parent(), nullptr); // released with the FEC

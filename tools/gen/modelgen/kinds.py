@@ -29,11 +29,13 @@ class Context:
         return self.info.result(cpp_type)
 
     def make(self, element_type, args):
-        """An expression that makes a new entity of `element_type` from `args`."""
+        """An expression that makes a new entity of `element_type` from `args`. Without
+        a factory it allocates as the factories do: a failed allocation is the
+        runtime's range error "null ValidPtr", never std::bad_alloc."""
         element = self.info.entity(element_type)
         if element is not None and element.factory:
             return f"Zon::validPtr({element.factory}({args}))"
-        return f"Zon::validPtr(Zon::Ptr<{element_type}>(new {element_type}({args})))"
+        return f"Zon::validPtr(Zon::Ptr<{element_type}>(new (std::nothrow) {element_type}({args})))"
 
 
 def order(m):
@@ -284,12 +286,15 @@ class Coll(CollectionKind):
         return f"{n.member(m.name)}.take(k)"
 
     def checks(self, m, c):
-        """Refuses an existing element whose other constructor parameters differ."""
+        """Refuses an existing element whose constructor parameters differ, naming the
+        first that differs in declaration order. Beside other parameters the key is
+        compared in its place too: the element was found by it, so it is equal unless
+        the key type's equality and its lookup disagree, and then the error names it as
+        it would any other. An element made from its key alone is returned as it is."""
         element = self.element(m, c)
+        params = element.params()
         out = []
-        for p in element.params():
-            if p.has("key"):
-                continue
+        for p in params if len(params) > 1 else []:
             out += [f"if (!(e->{p.name}() == {p.name})) {{",
                     f'{I}Zon::nameInUse(e->name(), "{p.name}", Zon::plainText({p.name}), '
                     f"Zon::plainText(e->{p.name}()));",
@@ -352,7 +357,10 @@ class Child(Kind):
         e, x = m.types[0], n.member(m.name)
         sig = self.signature(m, c)
         params = [p for _, p in self.params(m, c)]
-        same = " && ".join([f"{x}.ptr()->name() == name"] + [f"{x}.ptr()->{p}() == {p}" for p in params])
+        # With `byname` only the name is compared: a child of that name is kept
+        # whatever its other parameters.
+        compared = [] if m.has("byname") else params
+        same = " && ".join([f"{x}.ptr()->name() == name"] + [f"{x}.ptr()->{p}() == {p}" for p in compared])
         args = ", ".join(["name"] + params)
         # xIs keeps a child of that name (and those parameters); anything else is
         # replaced by a fresh child.

@@ -22,7 +22,7 @@ ENTITY_KINDS = {
     "set": (["key type"], ["ordered"], "no"),
     "counters": (["key type", "value type"], ["ordered", "dec"], "no"),
     "coll": (["key type", "entity type"], ["ordered", "replace"], "no"),
-    "child": (["entity type"], [], "no"),
+    "child": (["entity type"], ["byname"], "no"),
     "queue": (["value type"], ["capacity"], "no"),
     "refs": (["entity type"], ["ordered"], "required"),
     "const": (["type"], ["getter"], "required"),
@@ -298,11 +298,17 @@ class Reader:
         if keyword == "method":
             decl = line[len("method"):].strip().rstrip(";")
             if decl in HAND_WRITTEN:  # a generated part that the .cpp writes instead
+                if isinstance(block, Value):
+                    raise where.error(f"method {decl} is for entities; value {block.name} has no generated "
+                                      f"constructor, factory or hook to hand over")
                 block.members.append(Member(where, "method", decl, text=decl))
                 return
             match = re.search(r"([A-Za-z_][A-Za-z0-9_]*)\s*\(", decl)
             if not match:
                 raise where.error("usage: method <C++ declaration>, such as: method void f(int n) const")
+            if match.group(1) in HAND_WRITTEN:
+                raise where.error(f"method {match.group(1)} takes no declaration: write 'method "
+                                  f"{match.group(1)}' alone (its parameters are the entity's)")
             block.members.append(Member(where, "method", match.group(1), text=decl))
             return
         head, default = split_default(line)
@@ -485,6 +491,9 @@ def check_entity(entity, info):
             if element is not None and (element.unnamed or (element.key() is not None and not element.has_name_param())):
                 raise m.where.error(f"child {m.name} needs an entity made with a name; "
                                     f"{element.name} is {'unnamed' if element.unnamed else 'keyed'}")
+            if m.has("byname") and (element is None or len(element.ctor_params()) < 2):
+                raise m.where.error(f"child {m.name} is made with a name alone, so byname has nothing "
+                                    f"else to leave uncompared")
     if entity.unnamed and key is not None:
         raise entity.where.error(f"entity {entity.name} is unnamed and so cannot have the key '{key.name}'")
     if entity.base:
