@@ -11,6 +11,7 @@
 // shared, noisy machine; the figures are medians over the batch pairs:
 // ns/op (subject), baselineNs/op, xBaseline (the median of the per-pair ratios),
 // goal (the ratio not to exceed) and allocs/op (the subject's heap allocations).
+// The Time and CPU columns are those of one pair of batches.
 // Subject and baseline each keep their state where the compiler must assume the
 // optimiser barriers read and write it, so that neither is folded away.
 //
@@ -66,8 +67,8 @@ double median(std::vector<double> v) {
 // alternates too) and reports the figures described at the top.
 template <typename Subject, typename Baseline>
 void againstBaseline(benchmark::State & state, double goal, Subject && subject, Baseline && baseline) {
-   // Large enough that reading the clock is below 1% of a batch of the cheapest
-   // operation.
+   // Large enough that the two clock reads (a system call each, about a
+   // microsecond) stay within a few per cent of a batch of the cheapest operation.
    constexpr std::uint64_t batch = 1u << 15;
    std::vector<double> subjectNs, baselineNs, ratios;
    std::uint64_t allocs = 0;
