@@ -381,14 +381,17 @@ class Queue(Kind):
         cap = m.numbers.get("capacity")
         return m.types[0] + (f" capacity {cap}" if cap else "")
 
+    def enqueue_lines(self, m, c):
+        return [f"std::uint32_t const key = {n.member(m.name)}.enqueue(v);", f"notify({c.attr(m)}, &key);",
+                "return key;"]
+
     def public(self, m, c):
         v, x, a = m.types[0], n.member(m.name), c.attr(m)
         enq = f"std::uint32_t {n.enqueue(m.name)}({c.p(v)} v)"
         if "capacity" in m.numbers:
             # A ring's enqueue and drop are a few instructions: inline, so that an
             # owner that turns the ring over per entry pays no calls.
-            enq_drop = (body(enq, [f"std::uint32_t const key = {x}.enqueue(v);", f"notify({a}, &key);",
-                                   "return key;"])
+            enq_drop = (body(enq, self.enqueue_lines(m, c))
                         + [f"{I}// Removes the oldest element without handing it out (observers hear its key)."]
                         + body(f"void {n.drop(m.name)}()",
                                [f"if (auto const oldest = {x}.dropOldest()) {{", f"{I}notify({a}, &*oldest);", "}"]))
@@ -412,8 +415,7 @@ class Queue(Kind):
         # changed): the owner decides what to drop, nothing is lost silently. Its
         # enqueue and drop are inline in the class.
         enq = [] if "capacity" in m.numbers else (
-            body(f"std::uint32_t {c.cls}::{n.enqueue(m.name)}({c.p(v)} v)",
-                 [f"std::uint32_t const key = {x}.enqueue(v);", f"notify({a}, &key);", "return key;"], "") + [""])
+            body(f"std::uint32_t {c.cls}::{n.enqueue(m.name)}({c.p(v)} v)", self.enqueue_lines(m, c), "") + [""])
         return (enq
                 + body(f"{v} {c.cls}::{n.dequeue(m.name)}()",
                        [f"auto head = {x}.dequeue();", "if (!head) {", f"{I}return {v}{{}};", "}",
