@@ -20,9 +20,9 @@ bool LdpSessionStateLogEntryColl::shouldAddSessionStateLogEntry(LdpSessionStateL
    if (log.empty()) {
       return true;
    }
-   static LdpSessionStateLogEntry const none;
    LdpSessionStateLogEntry const * newest = log.find(static_cast<std::uint32_t>(log.nextKey() - 1));
-   if (newest == nullptr) {
+   if (newest == nullptr) [[unlikely]] {
+      static LdpSessionStateLogEntry const none;
       newest = &none;
    }
    // The time stamp is left out: a transition that recurs is logged once.

@@ -3,8 +3,9 @@
 // operation allocates again, however often the queue turns over. Keys run 0, 1,
 // 2, ... in order of enqueueing and are never reused, not even after the queue
 // was emptied; when the key space is used up, enqueueing fails with
-// "linkqueue index space full". An enqueue on a full queue first removes the
-// oldest element (the owner tells its observers of both keys).
+// "linkqueue index space full". Enqueueing on a full queue fails too, with
+// "bounded queue full (capacity n)": nothing is dropped to make room, the owner
+// decides what to remove. A failed enqueue changes nothing.
 //
 // An empty queue that never held anything is one pointer and the capacity.
 #pragma once
@@ -13,6 +14,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "zon/Exception.h"
@@ -39,6 +41,10 @@ class BoundedQueue {
    static constexpr std::uint64_t keySpace = std::uint64_t(1) << 32;
 
    explicit BoundedQueue(std::uint32_t capacity) noexcept : capacity_(capacity) {}
+   // A queue whose first key is `firstKey` (for tests of the key space's end).
+   BoundedQueue(std::uint32_t capacity, Key firstKey) : capacity_(capacity), b_(std::make_unique<Body>(capacity)) {
+      b_->nextKey = firstKey;
+   }
    BoundedQueue(BoundedQueue const &) = delete;
    BoundedQueue & operator=(BoundedQueue const &) = delete;
 
@@ -100,19 +106,20 @@ class BoundedQueue {
       }
    }
 
-   // Appends `v` and returns its key. The queue must not be full (the owner
-   // dequeues first).
+   // Appends `v` and returns its key; refused on a full queue (the owner
+   // dequeues first) and when no key is left.
    Key enqueue(V const & v) { return place() = v, lastKey(); }
    Key enqueue(V && v) { return place() = std::move(v), lastKey(); }
 
    // Removes the oldest element without handing its value out; its key, or
-   // nothing when empty.
+   // nothing when empty. The slot keeps the value until an enqueue assigns over
+   // it (reusing what it holds, a string's buffer): a ring that turns over
+   // neither clears nor allocates.
    std::optional<Key> dropOldest() {
       if (!b_ || b_->size == 0) {
          return std::nullopt;
       }
       Slot & s = at(0);
-      s.value = V{};
       b_->head = b_->head + 1 == capacity_ ? 0 : b_->head + 1;
       --b_->size;
       ++b_->dequeues;
@@ -137,6 +144,17 @@ class BoundedQueue {
    // The slot of a new newest element, keyed; its value is for the caller to assign
    // (assigning over the old value reuses what it holds, a string's buffer).
    V & place() {
+      if (!b_ || b_->nextKey >= keySpace || b_->size == capacity_) [[unlikely]] {
+         firstOrRefuse();
+      }
+      Slot & s = at(b_->size++);
+      s.key = static_cast<Key>(b_->nextKey++);
+      return s.value;
+   }
+   Key lastKey() const noexcept { return static_cast<Key>(b_->nextKey - 1); }
+   // Off the hot path of place(): allocates the ring at the first enqueue, and
+   // refuses an enqueue that has no key or no room left.
+   [[gnu::cold]] [[gnu::noinline]] void firstOrRefuse() {
       if (!b_) {
          b_ = std::make_unique<Body>(capacity_);
       }
@@ -144,13 +162,9 @@ class BoundedQueue {
          throw RangeException("linkqueue index space full");
       }
       if (b_->size == capacity_) {
-         throw RangeException("bounded queue full");
+         throw RangeException("bounded queue full (capacity " + std::to_string(capacity_) + ")");
       }
-      Slot & s = at(b_->size++);
-      s.key = static_cast<Key>(b_->nextKey++);
-      return s.value;
    }
-   Key lastKey() const noexcept { return static_cast<Key>(b_->nextKey - 1); }
 
  public:
    // Removes the element of `k`, keeping the order of the others; false when absent.

@@ -1,9 +1,11 @@
-// The FIFO link queue: key order, no reuse of keys, the end of the key space.
+// The FIFO link queue and the bounded ring: key order, no reuse of keys, the end
+// of the key space, a full ring.
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
+#include "zon/BoundedQueue.h"
 #include "zon/LinkQueue.h"
 
 namespace {
@@ -65,6 +67,57 @@ TEST(ZonLinkQueue, IndexSpaceRunsOut) {
       EXPECT_STREQ(e.what(), "linkqueue index space full");
    }
    EXPECT_TRUE(q.empty());
+}
+
+// (key, value) pairs of a ring, oldest first.
+std::vector<std::pair<std::uint32_t, int>> items(Zon::BoundedQueue<int> const & q) {
+   std::vector<std::pair<std::uint32_t, int>> out;
+   q.forEach([&](std::uint32_t k, int v) { out.emplace_back(k, v); });
+   return out;
+}
+
+// A refused enqueue drops nothing to make room and changes nothing: not the
+// elements, not the keys, not the dequeue count. A full ring takes an element
+// again once one is taken out; a used-up key space never does.
+TEST(ZonBoundedQueue, RefusedEnqueuesChangeNothing) {
+   struct Row {
+      char const * what;
+      std::uint32_t capacity;
+      std::uint32_t firstKey;
+      char const * error;
+      bool acceptsAfterDequeue;
+   };
+   Row const rows[] = {
+      {"ring full", 2, 0, "bounded queue full (capacity 2)", true},
+      {"key space used up with room left", 3, 0xfffffffeu, "linkqueue index space full", false},
+      {"key space used up and ring full", 2, 0xfffffffeu, "linkqueue index space full", false},
+   };
+   for (Row const & r : rows) {
+      SCOPED_TRACE(r.what);
+      Zon::BoundedQueue<int> q(r.capacity, r.firstKey);
+      EXPECT_EQ(q.headKey(), r.firstKey);
+      q.enqueue(1);
+      q.enqueue(2);
+      auto const before = items(q);
+      EXPECT_EQ(before, (std::vector<std::pair<std::uint32_t, int>>{{r.firstKey, 1}, {r.firstKey + 1, 2}}));
+      std::uint64_t const nextKey = q.nextKey();
+      try {
+         q.enqueue(3);
+         ADD_FAILURE() << "enqueued";
+      } catch (Zon::RangeException const & e) {
+         EXPECT_STREQ(e.what(), r.error);
+      }
+      EXPECT_EQ(items(q), before);
+      EXPECT_EQ(q.nextKey(), nextKey);
+      EXPECT_EQ(q.dequeues(), 0u);
+      EXPECT_EQ(q.dequeue()->second, 1);
+      if (r.acceptsAfterDequeue) {
+         EXPECT_EQ(q.enqueue(3), r.firstKey + 2);
+      } else {
+         EXPECT_THROW(q.enqueue(3), Zon::RangeException);
+         EXPECT_EQ(items(q), (std::vector<std::pair<std::uint32_t, int>>{{r.firstKey + 1, 2}}));
+      }
+   }
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // The session state log: the duplicate rule, eviction at ten, key continuity
-// across evictions, dequeues and an emptied log, and the size invariant.
+// across evictions, dequeues and an emptied log, what its observers hear, the
+// raw enqueue on a full ring, and the size invariant.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -9,10 +10,13 @@
 
 #include "ldp/status/LdpSession.h"
 #include "support/DeathText.h"
+#include "zon/Exception.h"
+#include "zon/Reflect.h"
 
 namespace {
 
 using namespace Ldp;
+using Records = std::vector<std::string>;
 
 // Distinct transitions by letter. 'a' and 'b' differ only in the state, 'a' and
 // 'c' only in the code, 'a' and 'd' only in the reason; 'z' is the all-zero entry.
@@ -49,9 +53,9 @@ std::vector<std::string> contents(LdpSessionStateLogEntryColl const & log) {
    return out;
 }
 
-// One step: 'a'.. adds that entry (time stamp = step number) through
-// addSessionStateLogEntry; '-' dequeues; 'x' deletes the newest key by the raw
-// operation; '!' empties the log; a digit enqueues the zero entry raw.
+// One step: '-' dequeues; 'x' deletes the newest key by the raw operation; '!'
+// empties the log; any other letter adds that entry (time stamp = step number)
+// through addSessionStateLogEntry.
 void run(LdpSessionStateLogEntryColl & log, std::string const & steps) {
    double when = 0.0;
    for (char s : steps) {
@@ -136,6 +140,61 @@ TEST(LdpSessionStateLog, EntryEqualityAndTextForm) {
    EXPECT_NE(entry('a'), entry('c'));
    EXPECT_NE(entry('a'), entry('d'));
    EXPECT_EQ(entry('a', 3.0), entry('a', 3.0));
+}
+
+// What observers of the log hear, step by step on one log: the key of each entry
+// added, of the entry evicted by the eleventh, of a dequeued entry; nothing for a
+// duplicate, a dequeue from an empty log or a refused raw enqueue.
+TEST(LdpSessionStateLog, Notifications) {
+   auto log = Zon::makePtr<LdpSessionStateLogEntryColl>("");
+   Zon::AttrRecorder r(log.ptr());
+   struct Row {
+      char const * steps;
+      Records heard;
+   };
+   Row const rows[] = {
+      {"a", {"sessionStateLogEntry[0]"}},
+      {"a", {}},
+      {"bcdefghij", {"sessionStateLogEntry[1]", "sessionStateLogEntry[2]", "sessionStateLogEntry[3]",
+                     "sessionStateLogEntry[4]", "sessionStateLogEntry[5]", "sessionStateLogEntry[6]",
+                     "sessionStateLogEntry[7]", "sessionStateLogEntry[8]", "sessionStateLogEntry[9]"}},
+      {"k", {"sessionStateLogEntry[0]", "sessionStateLogEntry[10]"}}, // the eleventh evicts key 0
+      {"k", {}},
+      {"-", {"sessionStateLogEntry[1]"}},
+      {"x", {"sessionStateLogEntry[10]"}},
+      {"!", {"sessionStateLogEntry[2]", "sessionStateLogEntry[3]", "sessionStateLogEntry[4]",
+             "sessionStateLogEntry[5]", "sessionStateLogEntry[6]", "sessionStateLogEntry[7]",
+             "sessionStateLogEntry[8]", "sessionStateLogEntry[9]"}},
+      {"-", {}},
+      {"l", {"sessionStateLogEntry[11]"}},
+   };
+   for (Row const & row : rows) {
+      run(*log, row.steps);
+      EXPECT_EQ(r.take(), row.heard) << row.steps;
+   }
+}
+
+// The raw enqueue does not evict; the ring behind the log holds 16 entries, and a
+// raw enqueue beyond them is refused with the log left as it was.
+TEST(LdpSessionStateLog, RawEnqueueOnAFullRingIsRefused) {
+   auto log = Zon::makePtr<LdpSessionStateLogEntryColl>("");
+   for (char c = 'e'; c < 'e' + 16; ++c) {
+      log->sessionStateLogEntryEnq(entry(c));
+   }
+   std::vector<std::string> const full = contents(*log);
+   ASSERT_EQ(full.size(), 16u);
+   EXPECT_EQ(full.front(), "0:e");
+   Zon::AttrRecorder r(log.ptr());
+   try {
+      log->sessionStateLogEntryEnq(entry('a'));
+      ADD_FAILURE() << "a seventeenth entry was taken";
+   } catch (Zon::RangeException const & e) {
+      EXPECT_STREQ(e.what(), "bounded queue full (capacity 16)");
+   }
+   EXPECT_EQ(contents(*log), full);
+   EXPECT_TRUE(r.records().empty());
+   log->sessionStateLogEntryDeq();
+   EXPECT_EQ(log->sessionStateLogEntryEnq(entry('a')), 16u) << "the refused enqueue took no key";
 }
 
 TEST(LdpSessionStateLogDeathTest, MoreThanMaxSizeEntriesIsABrokenInvariant) {

@@ -1,7 +1,13 @@
 // The session model as data: every default of a fresh session status, its
-// statistics, its log and a message pipe, and the notifications of the session
-// collections (create-or-get tells once, new replaces and tells once).
+// statistics, its log and a message pipe, and what each entity tells its
+// observers (create-or-get tells once, new replaces and tells once; a pipe tells
+// its readers of every write; collections tell the key; nothing unchanged is
+// told).
 #include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
 
 #include "ldp/common/LdpCommon.h"
 #include "ldp/common/LdpSessionStatistics.h"
@@ -99,6 +105,131 @@ TEST(LdpSessionModel, CreateOrGetTellsOnceAndNewReplaces) {
    fresh->peerCapabilityIs(LdpTlvType::dynamicCapabilityTlv, true);
    fresh->peerIntfIpIs(Vorin::IpGenAddr::fromString("10.0.0.2"), true);
    EXPECT_EQ(onStatus.take(), (Records{"peerCapability[dynamicCapabilityTlv]", "peerIntfIp[10.0.0.2]"}));
+}
+
+// One action on an entity and what its recorder hears.
+struct Step {
+   char const * what;
+   std::function<void()> act;
+   Records heard;
+};
+
+void expectHeard(Zon::AttrRecorder & r, std::vector<Step> const & steps) {
+   r.take();
+   for (Step const & s : steps) {
+      s.act();
+      EXPECT_EQ(r.take(), s.heard) << s.what;
+   }
+}
+
+// The reader watches readableCount only and hears every write, a null one
+// included; the holder's changes are told to whoever watches them.
+TEST(LdpSessionModel, PipeNotifications) {
+   auto pipe = Zon::makePtr<LdpMsgPipe>("pipe");
+   auto msg = Zon::makePtr<LdpMsg>(peer.peerLdpId(), Vorin::Pkt::ofSize(16), 10);
+   Zon::AttrRecorder reader(pipe.ptr(), LdpMsgPipe::Attr::readableCount);
+   Zon::AttrRecorder all(pipe.ptr());
+   struct Row {
+      char const * what;
+      std::function<void()> act;
+      Records heard;       // by the observer of every attribute
+      Records readerHeard; // by the observer of readableCount
+   };
+   Row const rows[] = {
+      {"write", [&] { pipe->txMsgIs(msg); }, {"msgHolder", "readableCount"}, {"readableCount"}},
+      {"the held message set again", [&] { pipe->msgHolderIs(msg); }, {}, {}},
+      {"take-out", [&] { EXPECT_EQ(pipe->rxMsg(), msg); }, {"msgHolder"}, {}},
+      {"take-out from an empty pipe", [&] { EXPECT_FALSE(pipe->rxMsg()); }, {}, {}},
+      {"write of null", [&] { pipe->txMsgIs(nullptr); }, {"readableCount"}, {"readableCount"}},
+      {"Inc(0)", [&] { EXPECT_EQ(pipe->readableCountInc(0), 2u); }, {}, {}},
+      {"the count set to its value", [&] { pipe->readableCountIs(2); }, {}, {}},
+      {"the count set", [&] { pipe->readableCountIs(0); }, {"readableCount"}, {"readableCount"}},
+      {"the holder set", [&] { pipe->msgHolderIs(msg); }, {"msgHolder"}, {}},
+   };
+   for (Row const & row : rows) {
+      row.act();
+      EXPECT_EQ(all.take(), row.heard) << row.what;
+      EXPECT_EQ(reader.take(), row.readerHeard) << row.what;
+   }
+}
+
+// Every insertion and removal is told with the key; an unchanged insertion and
+// the removal of an absent key are not.
+TEST(LdpSessionModel, PipeCollectionNotifications) {
+   auto a = Zon::makePtr<LdpMsgPipe>("a");
+   auto b = Zon::makePtr<LdpMsgPipe>("b");
+   LdpSessionId const other(LdpIdentifier(Vorin::IpAddr(10, 0, 0, 3), 1));
+   std::string const otherText = "Value('Ldp::LdpSessionId', ** {'peerLdpId': 10.0.0.3:1})";
+
+   auto sessions = Zon::makePtr<LdpSessionMsgPipeColl>("sessions");
+   Zon::AttrRecorder onSessions(sessions.ptr());
+   expectHeard(onSessions, {
+      {"insert", [&] { sessions->msgPipeIs(peer, a); }, {"msgPipe[" + peerText + "]"}},
+      {"the same pipe again", [&] { sessions->msgPipeIs(peer, a); }, {}},
+      {"replace", [&] { sessions->msgPipeIs(peer, b); }, {"msgPipe[" + peerText + "]"}},
+      {"create", [&] { sessions->newMsgPipe(other, a); }, {"msgPipe[" + otherText + "]"}},
+      {"delete", [&] { sessions->msgPipeDel(other); }, {"msgPipe[" + otherText + "]"}},
+      {"delete an absent key", [&] { sessions->msgPipeDel(other); }, {}},
+      {"delete all", [&] { sessions->msgPipeDelAll(); }, {"msgPipe[" + peerText + "]"}},
+      {"delete all of none", [&] { sessions->msgPipeDelAll(); }, {}},
+   });
+
+   auto links = Zon::makePtr<LdpLinkMsgPipeCollection>("links");
+   Zon::AttrRecorder onLinks(links.ptr());
+   expectHeard(onLinks, {
+      {"insert", [&] { links->msgPipeIs(Vorin::IntfId("eth1"), a); }, {"msgPipe[eth1]"}},
+      {"delete", [&] { links->msgPipeDel(Vorin::IntfId("eth1")); }, {"msgPipe[eth1]"}},
+   });
+
+   // The two attributes of the pseudowire collection are told apart.
+   auto pw = Zon::makePtr<PwFecSessionMsgPipeColl>("pw");
+   PwFecSessionId const id(peer.peerLdpId(), Pseudowire::PseudowireType::ethernet, Pseudowire::PseudowireId(100));
+   std::string const idText = "[" + std::string(id.stringValue()) + "]";
+   Zon::AttrRecorder onPw(pw.ptr());
+   expectHeard(onPw, {
+      {"local", [&] { pw->localFecSessionMsgPipeIs(id, a); }, {"localFecSessionMsgPipe" + idText}},
+      {"remote", [&] { pw->newRemoteFecSessionMsgPipe(id, a); }, {"remoteFecSessionMsgPipe" + idText}},
+      {"local deleted", [&] { pw->localFecSessionMsgPipeDelAll(); }, {"localFecSessionMsgPipe" + idText}},
+      {"remote deleted", [&] { pw->remoteFecSessionMsgPipeDel(id); }, {"remoteFecSessionMsgPipe" + idText}},
+   });
+}
+
+// Counters tell only a change, keyed ones with the key; Inc(0) on an absent key
+// creates it at 0 and tells nobody.
+TEST(LdpSessionModel, StatisticsNotifications) {
+   auto s = Zon::makePtr<LdpSessionStatistics>(peer);
+   Zon::AttrRecorder r(s.ptr());
+   Mpls::FwdEqvClass const fec(Vorin::IpGenPrefix::fromString("10.1.0.0/16"));
+   LdpMsgIdFecMappingInfo const info(fec, LdpMsgType::LdpLabelMapping, true);
+   expectHeard(r, {
+      {"Inc(0) on an absent key", [&] { EXPECT_EQ(s->ldpMsgRxCountInc(LdpMsgType::LdpHello, 0), 0u); }, {}},
+      {"Inc(1)", [&] { s->ldpMsgRxCountInc(LdpMsgType::LdpHello, 1); }, {"ldpMsgRxCount[LdpHello]"}},
+      {"Inc(0) on a present key", [&] { s->ldpMsgRxCountInc(LdpMsgType::LdpHello, 0); }, {}},
+      {"set on an absent key inserts it", [&] { s->ldpMsgTxCountIs(LdpMsgType::LdpInit, 0); }, {"ldpMsgTxCount[LdpInit]"}},
+      {"set to its value again", [&] { s->ldpMsgTxCountIs(LdpMsgType::LdpInit, 0); }, {}},
+      {"by status code", [&] { s->ldpMsgNotificationRxCountInc(LdpStatusCode::shutdown, 2); },
+       {"ldpMsgNotificationRxCount[shutdown]"}},
+      {"keyed delete", [&] { s->ldpMsgRxCountDel(LdpMsgType::LdpHello); }, {"ldpMsgRxCount[LdpHello]"}},
+      {"scalar Inc(0)", [&] { s->ldpPduRxCountInc(0); }, {}},
+      {"scalar Inc", [&] { s->ldpPduRxCountInc(3); }, {"ldpPduRxCount"}},
+      {"message id", [&] { s->newLdpMsgIdFecMappingInfo(7, info); }, {"ldpMsgIdFecMappingInfo[7]"}},
+      {"the same info again", [&] { s->ldpMsgIdFecMappingInfoIs(7, info); }, {}},
+      {"pseudowire message id", [&] { s->pwRemoteMsgIdInfoIs(9, PwMsgIdFecMappingInfo()); }, {"pwRemoteMsgIdInfo[9]"}},
+   });
+}
+
+// The status tells of its log when checkInit makes it, not again.
+TEST(LdpSessionModel, StatusLogNotifications) {
+   auto status = Zon::makePtr<LdpSessionStatus>(peer);
+   Zon::AttrRecorder r(status.ptr());
+   expectHeard(r, {
+      {"checkInit", [&] { status->checkInit(); }, {"sessionStateLogEntryColl"}},
+      {"checkInit again", [&] { status->checkInit(); }, {}},
+      {"the same name", [&] { status->sessionStateLogEntryCollIs(""); }, {}},
+      {"another name", [&] { status->sessionStateLogEntryCollIs("x"); }, {"sessionStateLogEntryColl"}},
+      {"Inc(0) of a 32-bit counter", [&] { status->peerLabelRescAvailableCountInc(0); }, {}},
+      {"Inc of a 32-bit counter", [&] { status->peerLabelRescAvailableCountInc(1); }, {"peerLabelRescAvailableCount"}},
+   });
 }
 
 } // namespace

@@ -374,7 +374,7 @@ class Child(Kind):
 
 class Queue(Kind):
     """A FIFO queue keyed by increasing 32-bit numbers: a link queue, or with
-    `capacity n` a ring of at most n elements that evicts its oldest when full."""
+    `capacity n` a ring of at most n elements that refuses an enqueue when full."""
 
     reflect_kind = "queue"
 
@@ -389,17 +389,29 @@ class Queue(Kind):
         cap = m.numbers.get("capacity")
         return m.types[0] + (f" capacity {cap}" if cap else "")
 
+    def enqueue_lines(self, m, c):
+        return [f"std::uint32_t const key = {n.member(m.name)}.enqueue(v);", f"notify({c.attr(m)}, &key);",
+                "return key;"]
+
     def public(self, m, c):
-        v, x = m.types[0], n.member(m.name)
+        v, x, a = m.types[0], n.member(m.name), c.attr(m)
+        enq = f"std::uint32_t {n.enqueue(m.name)}({c.p(v)} v)"
+        if "capacity" in m.numbers:
+            # A ring's enqueue and drop are a few instructions: inline, so that an
+            # owner that turns the ring over per entry pays no calls.
+            enq_drop = (body(enq, self.enqueue_lines(m, c))
+                        + [f"{I}// Removes the oldest element without handing it out (observers hear its key)."]
+                        + body(f"void {n.drop(m.name)}()",
+                               [f"if (auto const oldest = {x}.dropOldest()) {{", f"{I}notify({a}, &*oldest);", "}"]))
+        else:
+            enq_drop = [f"{I}{enq};"]
         return [*short(f"{self.holder(m)} const & {n.getter(m.name)}() const noexcept", f"return {x};"),
                 *short(f"{v} {n.getter(m.name)}(std::uint32_t key) const", f"return {x}.value(key);"),
                 *short(f"std::size_t {n.count(m.name)}() const noexcept", f"return {x}.size();"),
-                f"{I}std::uint32_t {n.enqueue(m.name)}({c.p(v)} v);",
+                *enq_drop,
                 f"{I}{v} {n.dequeue(m.name)}();",
                 f"{I}void {n.deleter(m.name)}(std::uint32_t key);",
-                f"{I}void {n.delete_all(m.name)}();"] + (
-            [f"{I}// Removes the oldest element without handing it out (observers hear its key).",
-             f"{I}void {n.drop(m.name)}();"] if "capacity" in m.numbers else [])
+                f"{I}void {n.delete_all(m.name)}();"]
 
     def member(self, m, c):
         cap = m.numbers.get("capacity")
@@ -407,17 +419,12 @@ class Queue(Kind):
 
     def source(self, m, c):
         v, x, a = m.types[0], n.member(m.name), c.attr(m)
-        enq, drop = [], []
-        if "capacity" in m.numbers:
-            # A full queue drops its oldest element first, unless no key is left to
-            # give the new one (then nothing changes and the enqueue fails).
-            enq = [f"if ({x}.full() && {x}.nextKey() < {self.holder(m)}::keySpace) {{",
-                   f"{I}{n.drop(m.name)}();", "}"]
-            drop = body(f"void {c.cls}::{n.drop(m.name)}()",
-                        [f"if (auto const oldest = {x}.dropOldest()) {{", f"{I}notify({a}, &*oldest);", "}"], "") + [""]
-        return (body(f"std::uint32_t {c.cls}::{n.enqueue(m.name)}({c.p(v)} v)",
-                     enq + [f"std::uint32_t const key = {x}.enqueue(v);", f"notify({a}, &key);", "return key;"], "")
-                + [""]
+        # A full ring refuses an enqueue (the runtime's range error, nothing
+        # changed): the owner decides what to drop, nothing is lost silently. Its
+        # enqueue and drop are inline in the class.
+        enq = [] if "capacity" in m.numbers else (
+            body(f"std::uint32_t {c.cls}::{n.enqueue(m.name)}({c.p(v)} v)", self.enqueue_lines(m, c), "") + [""])
+        return (enq
                 + body(f"{v} {c.cls}::{n.dequeue(m.name)}()",
                        [f"auto head = {x}.dequeue();", "if (!head) {", f"{I}return {v}{{}};", "}",
                         f"notify({a}, &head->first);", "return std::move(head->second);"], "")
@@ -428,7 +435,7 @@ class Queue(Kind):
                 + body(f"void {c.cls}::{n.delete_all(m.name)}()",
                        ["Hold const hold(this);",
                         f"{x}.eraseEach([this](std::uint32_t const & k) {{ notify({a}, &k); }});"], "")
-                + [""] + drop)
+                + [""])
 
     def handler(self, m, c):
         return f"virtual void {n.handler(m.name)}(std::uint32_t) {{}}"
