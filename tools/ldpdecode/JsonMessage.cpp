@@ -19,14 +19,14 @@ template <typename E>
 void writeName(JsonWriter & w, std::string_view key, E v, bool known) {
    w.key(key);
    if (known) {
-      w.value(std::string_view(Zon::valueToStrep(v)));
+      w.plainValue(std::string_view(Zon::valueToStrep(v)));
    } else {
       w.null();
    }
 }
 
 void writeAddress(JsonWriter & w, Vorin::IpGenAddr const & a) {
-   w.value(std::string_view(a.stringValue()));
+   w.plainValue(std::string_view(a.stringValue()));
 }
 
 void writePwParams(JsonWriter & w, Ldp::PwFwdEqvClassParams const & p) {
@@ -44,7 +44,7 @@ void writeFecElement(JsonWriter & w, Ldp::LdpFecTlvElement const & e) {
    using Ldp::LdpFecElementType;
    w.beginObject();
    LdpFecElementType const type = e.type();
-   w.field("type", std::string_view(Zon::valueToStrep(type)));
+   w.plainField("type", std::string_view(Zon::valueToStrep(type)));
    w.field("typeCode", static_cast<unsigned>(type));
    switch (type) {
     case LdpFecElementType::prefixElement:
@@ -52,7 +52,7 @@ void writeFecElement(JsonWriter & w, Ldp::LdpFecTlvElement const & e) {
       Vorin::IpGenPrefix const & p = e.fwdEqvCls().prefix();
       w.field("family", static_cast<unsigned>(p.af()));
       if (type == LdpFecElementType::prefixElement) {
-         w.field("prefix", std::string_view(p.stringValue()));
+         w.plainField("prefix", std::string_view(p.stringValue()));
          w.field("prefixLength", p.length());
       } else {
          w.key("hostAddr");
@@ -62,7 +62,7 @@ void writeFecElement(JsonWriter & w, Ldp::LdpFecTlvElement const & e) {
     }
     case LdpFecElementType::pwIdElement: {
       Ldp::PwFwdEqvClassInfo const & pw = e.pwFwdEqvCls();
-      w.field("pwType", std::string_view(Zon::valueToStrep(pw.pwType())));
+      w.plainField("pwType", std::string_view(Zon::valueToStrep(pw.pwType())));
       w.field("pwTypeCode", static_cast<unsigned>(pw.pwType()));
       w.field("controlWord", pw.controlWord());
       w.field("groupId", pw.groupId().value());
@@ -110,7 +110,7 @@ void writeSessionParams(JsonWriter & w, Ldp::LdpCommonSessionParamTlv const & t)
    w.field("loopDetect", t.loopDetect());
    w.field("pathVecLim", t.pathVecLim());
    w.field("maxPduLength", t.maxPduLength());
-   w.field("recvLdpIdentifier", std::string_view(t.recvLdpIdentifier().stringValue()));
+   w.plainField("recvLdpIdentifier", std::string_view(t.recvLdpIdentifier().stringValue()));
 }
 
 void writeAddressList(JsonWriter & w, Ldp::LdpAddressListTlv const & t) {
@@ -125,7 +125,7 @@ void writeAddressList(JsonWriter & w, Ldp::LdpAddressListTlv const & t) {
 void writePathVector(JsonWriter & w, Ldp::LdpPathVectorTlv const & t) {
    w.array("lsrIds");
    for (unsigned i = 0, n = t.lsrIdNum(); i < n; ++i) {
-      w.value(std::string_view(t.lsrId(i).stringValue()));
+      w.plainValue(std::string_view(t.lsrId(i).stringValue()));
    }
    w.endArray();
 }
@@ -159,12 +159,12 @@ class TlvFields {
          break;
        case LdpTlvType::ipv4TransportAddrTlv:
          if (auto const * t = fixed<Ldp::LdpIpTransportAddrTlv>()) {
-            w_.field("ipAddr", std::string_view(t->ipAddr().stringValue()));
+            w_.plainField("ipAddr", std::string_view(t->ipAddr().stringValue()));
          }
          break;
        case LdpTlvType::ipv6TransportAddrTlv:
          if (auto const * t = fixed<Ldp::LdpIp6TransportAddrTlv>()) {
-            w_.field("ip6Addr", std::string_view(t->ip6Addr().stringValue()));
+            w_.plainField("ip6Addr", std::string_view(t->ip6Addr().stringValue()));
          }
          break;
        case LdpTlvType::configSeqNumTlv:
@@ -242,7 +242,7 @@ class TlvFields {
 
 void writeStatusCode(JsonWriter & w, Ldp::LdpStatusCode code) {
    w.field("statusCode", static_cast<std::uint32_t>(code));
-   w.field("status", std::string_view(Zon::valueToStrep(code)));
+   w.plainField("status", std::string_view(Zon::valueToStrep(code)));
 }
 
 void writeMessageTlvs(JsonWriter & w, Ldp::LdpMsgParser const & msg) {

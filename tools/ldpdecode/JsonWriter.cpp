@@ -1,11 +1,35 @@
 #include "JsonWriter.h"
 
+#include <array>
+#include <cstring>
+
 namespace LdpDecode {
 
 namespace {
 
 constexpr char hexDigits[] = "0123456789abcdef";
 constexpr std::string_view replacement = "\xEF\xBF\xBD";  // U+FFFD
+
+// The bytes copied as they are: printable ASCII but the quote and the backslash.
+constexpr auto plain = [] {
+   std::array<bool, 256> t{};
+   for (unsigned c = 0x20; c < 0x80; ++c) {
+      t[c] = c != '"' && c != '\\';
+   }
+   return t;
+}();
+
+// False when none of the eight bytes at p is a control character, a quote, a
+// backslash or above 0x7F; true when one may be.
+bool mayNeedEscape(char const * p) noexcept {
+   constexpr std::uint64_t ones = 0x0101010101010101u;
+   constexpr std::uint64_t highs = 0x8080808080808080u;
+   std::uint64_t v;
+   std::memcpy(&v, p, 8);
+   auto const hasZero = [](std::uint64_t x) { return (x - ones) & ~x & highs; };
+   std::uint64_t const below20 = (v - 0x20 * ones) & ~v & highs;
+   return ((v & highs) | below20 | hasZero(v ^ ('"' * ones)) | hasZero(v ^ ('\\' * ones))) != 0;
+}
 
 // The length of the valid UTF-8 sequence that starts at s[i] (2 to 4), or 0
 // when the bytes there are not one (overlong forms and surrogates included).
@@ -34,13 +58,24 @@ std::size_t utf8Sequence(std::string_view s, std::size_t i) noexcept {
 
 } // namespace
 
-void appendJsonString(std::string & out, std::string_view s) {
-   out += '"';
+char * writeJsonString(char * p, std::string_view s) noexcept {
+   *p++ = '"';
    std::size_t run = 0;  // start of the bytes not yet copied
    std::size_t i = 0;
+   auto flush = [&] {
+      std::memcpy(p, s.data() + run, i - run);
+      p += i - run;
+   };
    while (i < s.size()) {
+      // Eight bytes at a time while none of them needs a look of its own.
+      while (i + 8 <= s.size() && !mayNeedEscape(s.data() + i)) {
+         i += 8;
+      }
+      if (i >= s.size()) {
+         break;
+      }
       unsigned char const c = static_cast<unsigned char>(s[i]);
-      if (c >= 0x20 && c != '"' && c != '\\' && c < 0x80) {
+      if (plain[c]) {
          ++i;
          continue;
       }
@@ -50,41 +85,51 @@ void appendJsonString(std::string & out, std::string_view s) {
             continue;
          }
       }
-      out.append(s.data() + run, i - run);
+      flush();
+      *p++ = '\\';
       switch (c) {
        case '"':
-         out += "\\\"";
-         break;
        case '\\':
-         out += "\\\\";
+         *p++ = static_cast<char>(c);
          break;
        case '\n':
-         out += "\\n";
+         *p++ = 'n';
          break;
        case '\r':
-         out += "\\r";
+         *p++ = 'r';
          break;
        case '\t':
-         out += "\\t";
+         *p++ = 't';
          break;
        case '\b':
-         out += "\\b";
+         *p++ = 'b';
          break;
        case '\f':
-         out += "\\f";
+         *p++ = 'f';
          break;
        default:
          if (c >= 0x80) {
-            out += replacement;
+            --p;  // no backslash: the replacement character itself
+            std::memcpy(p, replacement.data(), replacement.size());
+            p += replacement.size();
          } else {
-            char const esc[] = {'\\', 'u', '0', '0', hexDigits[c >> 4], hexDigits[c & 0xF]};
-            out.append(esc, sizeof esc);
+            char const esc[] = {'u', '0', '0', hexDigits[c >> 4], hexDigits[c & 0xF]};
+            std::memcpy(p, esc, sizeof esc);
+            p += sizeof esc;
          }
       }
       run = ++i;
    }
-   out.append(s.data() + run, s.size() - run);
-   out += '"';
+   flush();
+   *p++ = '"';
+   return p;
+}
+
+void appendJsonString(std::string & out, std::string_view s) {
+   std::size_t const at = out.size();
+   out.resize(at + jsonStringRoom(s.size()));
+   char * const end = writeJsonString(out.data() + at, s);
+   out.resize(static_cast<std::size_t>(end - out.data()));
 }
 
 } // namespace LdpDecode

@@ -183,9 +183,9 @@ void Reporter::putOrigin(JsonWriter & w, Origin const & o) {
    }
    if (o.flow) {
       w.field("transport", transportName(o.flow->transport));
-      w.field("src", std::string_view(o.flow->src.addr.stringValue()));
+      w.plainField("src", std::string_view(o.flow->src.addr.stringValue()));
       w.field("srcPort", o.flow->src.port);
-      w.field("dst", std::string_view(o.flow->dst.addr.stringValue()));
+      w.plainField("dst", std::string_view(o.flow->dst.addr.stringValue()));
       w.field("dstPort", o.flow->dst.port);
    }
    if (!o.flow || o.flow->transport == Transport::tcp) {
@@ -271,15 +271,14 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
    }
 
    if (mode_ == OutputMode::json) {
-      line_.clear();
-      JsonWriter w(line_);
+      JsonWriter w(out_);
       w.beginObject();
       w.field("type", "pdu");
       putOrigin(w, origin);
       if (auto const * h = pdu->header()) {
          w.field("version", h->version());
          w.field("length", h->length());
-         w.field("ldpId", std::string_view(h->ldpIdentifier().stringValue()));
+         w.plainField("ldpId", std::string_view(h->ldpIdentifier().stringValue()));
       }
       putStatus(w, pdu->statusCode(), pdu->reason());
       w.field("text", std::string_view(valid ? pdu->header()->stringValue() : pdu->stringValue()));
@@ -295,7 +294,7 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
             totals_.messagesPerType.count(type & 0x7FFF);
             w.key("type");
             if (Ldp::isKnownMsgType(type)) {
-               w.value(std::string_view(Zon::valueToStrep(h->type())));
+               w.plainValue(std::string_view(Zon::valueToStrep(h->type())));
             } else {
                w.null();
             }
@@ -321,8 +320,7 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
       }
       w.endArray();
       w.endObject();
-      line_ += '\n';
-      out_ << line_;
+      out_ << '\n';
       return;
    }
 
@@ -426,16 +424,14 @@ void Reporter::note(Origin const & origin, std::string_view kind, std::string co
       headerLine(origin);
       out_ << "  note: " << text << "\n\n";
    } else if (mode_ == OutputMode::json) {
-      line_.clear();
-      JsonWriter w(line_);
+      JsonWriter w(out_);
       w.beginObject();
       w.field("type", "note");
       putOrigin(w, origin);
       w.field("note", kind);
       w.field("text", text);
       w.endObject();
-      line_ += '\n';
-      out_ << line_;
+      out_ << '\n';
    }
 }
 
@@ -518,8 +514,7 @@ void Reporter::writeSummaryText() {
 
 void Reporter::writeSummaryJson() {
    Totals const & t = totals_;
-   line_.clear();
-   JsonWriter w(line_);
+   JsonWriter w(out_);
    w.beginObject();
    w.field("type", "summary");
    w.object("frames")
@@ -548,17 +543,17 @@ void Reporter::writeSummaryJson() {
    w.endObject().endObject();
    w.array("ldpIds");
    for (auto const & [id, seen] : t.ldpIds) {
-      w.value(std::string_view(id.stringValue()));
+      w.plainValue(std::string_view(id.stringValue()));
    }
    w.endArray();
    w.field("ldpIdsDropped", t.ldpIds.dropped());
    w.array("sessions");
    for (auto const & [key, s] : t.sessions) {
       w.beginObject();
-      w.field("a", std::string_view(key.first.text()));
+      w.plainField("a", std::string_view(key.first.text()));
       w.key("aLdpId");
       s.hasLdpId[0] ? w.value(std::string_view(s.ldpId[0].stringValue())) : w.null();
-      w.field("b", std::string_view(key.second.text()));
+      w.plainField("b", std::string_view(key.second.text()));
       w.key("bLdpId");
       s.hasLdpId[1] ? w.value(std::string_view(s.ldpId[1].stringValue())) : w.null();
       w.field("pdus", s.pdus);
@@ -583,8 +578,7 @@ void Reporter::writeSummaryJson() {
    }
    w.endObject();
    w.endObject();
-   line_ += '\n';
-   out_ << line_;
+   out_ << '\n';
 }
 
 } // namespace LdpDecode

@@ -197,8 +197,6 @@ class Reporter final : public ReportSink {
    std::string timeText_;
    std::uint64_t isoTimeFrame_ = 0;
    std::string isoTimeText_;
-   // The JSON line being written, its capacity kept from line to line.
-   std::string line_;
 };
 
 } // namespace LdpDecode

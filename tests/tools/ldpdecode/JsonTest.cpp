@@ -23,6 +23,11 @@ TEST(JsonWriter, StringsAreEscapedAndInvalidUtf8IsReplaced) {
    Row const rows[] = {
        {"", R"("")"},
        {"plain text", R"("plain text")"},
+       {"sixteen bytes ok and then a quote \" here", R"("sixteen bytes ok and then a quote \" here")"},
+       {"LDP Label Mapping Msg:\n   Msg Id: 2,", R"("LDP Label Mapping Msg:\n   Msg Id: 2,")"},
+       {"eight ch\x01", R"("eight ch\u0001")"},
+       {"12345678\\", R"("12345678\\")"},
+       {"1234567\xc3\xa9", "\"1234567\xc3\xa9\""},
        {"quote \" backslash \\", R"("quote \" backslash \\")"},
        {"\n\r\t\b\f", R"("\n\r\t\b\f")"},
        {std::string("nul \0 and \x1f", 11), R"("nul \u0000 and \u001f")"},
@@ -46,8 +51,8 @@ TEST(JsonWriter, StringsAreEscapedAndInvalidUtf8IsReplaced) {
 }
 
 TEST(JsonWriter, CommasSeparateMembersAndElementsAtEveryDepth) {
-   std::string out;
-   JsonWriter w(out);
+   Output buffer(nullptr);
+   JsonWriter w(buffer);
    w.beginObject();
    w.field("a", 1).field("b", true).field("c", "x");
    w.array("empty").endArray();
@@ -58,6 +63,7 @@ TEST(JsonWriter, CommasSeparateMembersAndElementsAtEveryDepth) {
    w.endArray();
    w.field("z", std::uint8_t(255));
    w.endObject();
+   std::string const out = buffer.take();
    EXPECT_EQ(out, R"({"a":1,"b":true,"c":"x","empty":[],"none":{},"list":[18446744073709551615,-3,null,)"
                   R"({"d":false},[]],"z":255})");
    EXPECT_EQ(w.depth(), 0u);
