@@ -50,13 +50,8 @@ class Output {
    // it in place and then says with commit() where its bytes end. Gathered
    // text may be written out first; the room is valid until the next call.
    char * room(std::size_t n) {
-      if (buf_.size() - used_ < n) {
-         if (used_ >= blockBytes) {
-            flush();
-         }
-         if (buf_.size() - used_ < n) {
-            buf_.resize(std::max({buf_.size() * 2, used_ + n, std::size_t(64) << 10}));
-         }
+      if (buf_.size() - used_ < n) [[unlikely]] {
+         grow(n);
       }
       return buf_.data() + used_;
    }
@@ -94,6 +89,16 @@ class Output {
    }
 
  private:
+   // Writes out the gathered text when a block is full, else makes the buffer
+   // larger, so that n more bytes fit.
+   [[gnu::noinline]] void grow(std::size_t n) {
+      if (used_ >= blockBytes) {
+         flush();
+      }
+      if (buf_.size() - used_ < n) {
+         buf_.resize(std::max({buf_.size() * 2, used_ + n, std::size_t(64) << 10}));
+      }
+   }
    void failed(int err) noexcept {
       if (error_ == 0) {
          error_ = err ? err : EIO;
