@@ -5,11 +5,15 @@
 // RST. A plain reference keeps every byte that any segment carried. Each PDU the
 // stream delivers must hold exactly the stream's bytes at its offset, every one
 // of them carried by some segment (none invented), in stream order and each
-// byte at most once.
+// byte at most once. And none may be lost: a stream that began with its SYN
+// must deliver every PDU of its leading run of PDUs (no junk before it) whose
+// bytes all arrived in order, whole, before any FIN or RST.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <set>
+#include <utility>
 #include <vector>
 
 #include "TcpStream.h"
@@ -36,8 +40,10 @@ class Source {
    std::size_t at_ = 0;
 };
 
-// The true stream: a few PDUs and junk.
-std::vector<std::uint8_t> makeStream(Source & s) {
+// The true stream: a few PDUs and junk. `leading` gets the extents of the PDUs
+// that come before any junk.
+std::vector<std::uint8_t> makeStream(Source & s, std::vector<std::pair<std::size_t, std::size_t>> & leading) {
+   bool junkSeen = false;
    std::vector<std::uint8_t> out(4096);
    Ldp::LdpPduWriter w(out);
    unsigned const pieces = 1 + s.u8() % 8;
@@ -50,8 +56,10 @@ std::vector<std::uint8_t> makeStream(Source & s) {
             junk[j] = s.u8();
          }
          w.raw(std::span<std::uint8_t const>(junk, n));
+         junkSeen = true;
          continue;
       }
+      std::size_t const start = w.size();
       w.pduBegin(Ldp::LdpIdentifier(Vorin::IpAddr(10, 0, 0, 1), 0));
       unsigned const msgs = 1 + kind % 4;
       for (unsigned m = 0; m < msgs; ++m) {
@@ -63,6 +71,9 @@ std::vector<std::uint8_t> makeStream(Source & s) {
          w.end();
       }
       w.end();
+      if (!junkSeen) {
+         leading.emplace_back(start, w.size());
+      }
    }
    if (!w.ok()) {
       fail("stream does not fit");
@@ -76,6 +87,7 @@ class Checker : public LdpDecode::StreamSink {
    Checker(std::vector<std::uint8_t> const & truth, std::vector<bool> const & have)
        : truth_(truth), have_(have) {}
    std::uint64_t base = 0; // the true offset of stream offset 0
+   std::set<std::uint64_t> delivered; // true offsets of the PDUs with a good header
 
    void streamPdu(LdpDecode::StreamPdu const & pdu) override {
       if (!pdu.pkt || std::uint64_t(pdu.offset) + pdu.size > pdu.pkt->frontBytes()) {
@@ -93,6 +105,7 @@ class Checker : public LdpDecode::StreamSink {
       lastStart_ = pdu.streamOffset;
       if (!pdu.badHeader) {
          goodEnd_ = pdu.streamOffset + pdu.size;
+         delivered.insert(base + pdu.streamOffset);
       }
       std::uint8_t const * p = pdu.pkt->front() + pdu.offset;
       for (std::uint32_t i = 0; i < pdu.size; ++i) {
@@ -119,7 +132,8 @@ class Checker : public LdpDecode::StreamSink {
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t size) {
    Source s(data, size);
-   std::vector<std::uint8_t> const truth = makeStream(s);
+   std::vector<std::pair<std::size_t, std::size_t>> leading;
+   std::vector<std::uint8_t> const truth = makeStream(s, leading);
    std::vector<bool> have(truth.size(), false);
    std::uint32_t const isn = s.u32();
    bool const syn = s.u8() & 1;
@@ -133,6 +147,11 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t siz
    std::uint32_t const seqOfByte0 = isn + 1;
    bool first = true;
    std::size_t sentTo = 0; // behind the last segment
+   // The bytes from the stream's start that arrived in order: each segment
+   // began at or before this end, was captured whole and had no FIN or RST.
+   // It stops growing at the first segment that does not.
+   std::size_t inOrderTo = 0;
+   bool inOrder = syn;
    for (unsigned n = 0; n < 64 && !s.empty(); ++n) {
       ++frame.number;
       std::uint8_t const op = s.u8();
@@ -153,6 +172,10 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t siz
          checker.base = off; // a stream joined mid-way counts from its first segment
       }
       first = false;
+      inOrder = inOrder && off <= inOrderTo && captured == len && flags == 0;
+      if (inOrder && off + len > inOrderTo) {
+         inOrderTo = off + len;
+      }
       sentTo = off + len;
       for (std::size_t i = off; i < off + captured; ++i) {
          have[i] = true;
@@ -163,5 +186,10 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t siz
                      static_cast<std::uint32_t>(len - captured), frame);
    }
    stream.finish();
+   for (auto const & [start, end] : leading) {
+      if (end <= inOrderTo && !checker.delivered.count(start)) {
+         fail("a PDU whose bytes all arrived in order was not delivered");
+      }
+   }
    return 0;
 }

@@ -38,14 +38,26 @@ std::size_t FlowKeyHash::operator()(FlowKey const & k) const noexcept {
    return h;
 }
 
-std::string timeText(FrameMeta const & f) {
+namespace {
+
+std::string formatTime(FrameMeta const & f, char const * format) {
    std::time_t const t = static_cast<std::time_t>(f.seconds);
    std::tm tm{};
    gmtime_r(&t, &tm);
    char buf[48];
-   std::snprintf(buf, sizeof buf, "%04d-%02d-%02d %02d:%02d:%02d.%06u", tm.tm_year + 1900, tm.tm_mon + 1,
-                 tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec, static_cast<unsigned>(f.micros));
+   std::snprintf(buf, sizeof buf, format, tm.tm_year + 1900, tm.tm_mon + 1, tm.tm_mday, tm.tm_hour, tm.tm_min,
+                 tm.tm_sec, static_cast<unsigned>(f.micros));
    return buf;
+}
+
+} // namespace
+
+std::string timeText(FrameMeta const & f) {
+   return formatTime(f, "%04d-%02d-%02d %02d:%02d:%02d.%06u");
+}
+
+std::string isoTimeText(FrameMeta const & f) {
+   return formatTime(f, "%04d-%02d-%02dT%02d:%02d:%02d.%06uZ");
 }
 
 } // namespace LdpDecode

@@ -54,6 +54,8 @@ struct FrameMeta {
 
 // "2023-08-10 12:34:56.789012" (UTC).
 std::string timeText(FrameMeta const & f);
+// ISO 8601, UTC: "2023-08-10T12:34:56.789012Z".
+std::string isoTimeText(FrameMeta const & f);
 
 // TCP flag bits as they stand in the header.
 namespace TcpFlag {

@@ -114,7 +114,14 @@ void ParallelReporter::writeOldest() {
       }
       runBatch(self_, *mine);
    }
-   out_ << b->text;
+   out_.writeThrough(b->text);
+   {
+      // Its buffer serves the text of a later batch.
+      std::lock_guard<std::mutex> lock(mutex_);
+      if (spareTexts_.size() < maxSpareTexts) {
+         spareTexts_.push_back(std::move(b->text));
+      }
+   }
    // The packets go back on the thread that made them, so that their memory
    // is reused there rather than piling up in the workers' heaps.
    b->jobs.clear();
@@ -162,7 +169,15 @@ void ParallelReporter::runBatch(Worker & w, Batch & b) {
    for (Job const & job : b.jobs) {
       render(*w.reporter, b, job);
    }
-   b.text = w.out.take();
+   std::string spare;
+   {
+      std::lock_guard<std::mutex> lock(mutex_);
+      if (!spareTexts_.empty()) {
+         spare = std::move(spareTexts_.back());
+         spareTexts_.pop_back();
+      }
+   }
+   b.text = w.out.take(std::move(spare));
    {
       std::lock_guard<std::mutex> lock(mutex_);
       b.done = true;

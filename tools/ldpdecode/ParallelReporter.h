@@ -101,6 +101,10 @@ class ParallelReporter final : public ReportSink {
    std::deque<std::shared_ptr<Batch>> inFlight_;  // in the order made
 
    std::mutex mutex_;
+   // Buffers of batch texts already written, for the texts of later batches
+   // (under mutex_).
+   static constexpr std::size_t maxSpareTexts = 16;
+   std::vector<std::string> spareTexts_;
    std::condition_variable workReady_;
    std::condition_variable batchDone_;
    std::deque<std::shared_ptr<Batch>> queue_;

@@ -1,9 +1,9 @@
 #include "Reporter.h"
 
-#include <nlohmann/json.hpp>
-
 #include <cstdio>
 
+#include "JsonMessage.h"
+#include "JsonWriter.h"
 #include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpMsgParser.h"
 #include "ldp/parser/LdpPduParser.h"
@@ -12,15 +12,8 @@
 namespace LdpDecode {
 
 using Ldp::LdpStatusCode;
-using Json = nlohmann::ordered_json;
 
 namespace {
-
-// Text that may hold any byte (a received description string) is written to
-// JSON with invalid UTF-8 replaced, never refused.
-std::string jsonLine(Json const & j) {
-   return j.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
 
 char const * verdictKey(Verdict v) noexcept {
    switch (v) {
@@ -34,36 +27,11 @@ char const * verdictKey(Verdict v) noexcept {
    return "accept";
 }
 
-void putOrigin(Json & j, Origin const & o) {
-   if (o.frame) {
-      j["frame"] = o.frame->number;
-      if (o.firstFrame && o.firstFrame != o.frame->number) {
-         j["firstFrame"] = o.firstFrame;
-      }
-      j["time"] = timeText(*o.frame);
-   } else if (o.flow) {
-      j["endOfCapture"] = true;
-   } else {
-      j["input"] = "hex";
-   }
-   if (o.flow) {
-      j["transport"] = transportName(o.flow->transport);
-      j["src"] = o.flow->src.addr.stringValue();
-      j["srcPort"] = o.flow->src.port;
-      j["dst"] = o.flow->dst.addr.stringValue();
-      j["dstPort"] = o.flow->dst.port;
-   }
-   if (!o.flow || o.flow->transport == Transport::tcp) {
-      j["streamOffset"] = o.streamOffset;
-   }
-}
-
-void putStatus(Json & j, LdpStatusCode code, std::string const & reason) {
-   j["valid"] = code == LdpStatusCode::success;
-   j["statusCode"] = static_cast<std::uint32_t>(code);
-   j["status"] = Zon::valueToStrep(code);
-   j["reason"] = reason;
-   j["action"] = verdictKey(verdictOf(code));
+void putStatus(JsonWriter & w, LdpStatusCode code, std::string_view reason) {
+   w.field("valid", code == LdpStatusCode::success);
+   writeStatusCode(w, code);
+   w.field("reason", reason);
+   w.field("action", verdictKey(verdictOf(code)));
 }
 
 std::string number(std::uint64_t n) {
@@ -138,7 +106,7 @@ void Totals::add(Totals const & o) {
    for (auto const & [code, n] : o.faults) {
       faults[code] += n;
    }
-   ldpIds.insert(o.ldpIds.begin(), o.ldpIds.end());
+   ldpIds.add(o.ldpIds, [](bool &, bool) {});
    for (auto const & [kind, n] : o.notes) {
       notes[kind] += n;
    }
@@ -151,8 +119,7 @@ void Totals::add(Totals const & o) {
    tcp.skippedBytes += o.tcp.skippedBytes;
    tcp.afterClose += o.tcp.afterClose;
    tcpStreams += o.tcpStreams;
-   for (auto const & [key, s] : o.sessions) {
-      Session & mine = sessions[key];
+   sessions.add(o.sessions, [](Session & mine, Session const & s) {
       mine.pdus += s.pdus;
       for (int side = 0; side < 2; ++side) {
          if (s.hasLdpId[side] && (!mine.hasLdpId[side] || s.ldpIdSeen[side] >= mine.ldpIdSeen[side])) {
@@ -161,7 +128,7 @@ void Totals::add(Totals const & o) {
             mine.ldpIdSeen[side] = s.ldpIdSeen[side];
          }
       }
-   }
+   });
 }
 
 void Reporter::absorb(Totals const & other) {
@@ -198,6 +165,34 @@ void Reporter::tcpStreamDone(StreamStats const & s) noexcept {
    totals_.add(one);
 }
 
+void Reporter::putOrigin(JsonWriter & w, Origin const & o) {
+   if (o.frame) {
+      w.field("frame", o.frame->number);
+      if (o.firstFrame && o.firstFrame != o.frame->number) {
+         w.field("firstFrame", o.firstFrame);
+      }
+      if (isoTimeFrame_ != o.frame->number || isoTimeText_.empty()) {
+         isoTimeFrame_ = o.frame->number;
+         isoTimeText_ = isoTimeText(*o.frame);
+      }
+      w.field("time", isoTimeText_);
+   } else if (o.flow) {
+      w.field("endOfCapture", true);
+   } else {
+      w.field("input", "hex");
+   }
+   if (o.flow) {
+      w.field("transport", transportName(o.flow->transport));
+      w.plainField("src", std::string_view(o.flow->src.addr.stringValue()));
+      w.field("srcPort", o.flow->src.port);
+      w.plainField("dst", std::string_view(o.flow->dst.addr.stringValue()));
+      w.field("dstPort", o.flow->dst.port);
+   }
+   if (!o.flow || o.flow->transport == Transport::tcp) {
+      w.field("streamOffset", o.streamOffset);
+   }
+}
+
 void Reporter::headerLine(Origin const & o) {
    if (!o.frame) {
       if (o.flowText) {
@@ -222,7 +217,7 @@ void Reporter::headerLine(Origin const & o) {
 
 void Reporter::countSession(Origin const & o, Ldp::LdpIdentifier const & id) {
    if (!lastIdValid_ || !(id == lastId_)) {
-      totals_.ldpIds.insert(id);
+      totals_.ldpIds.touch(id);
       lastId_ = id;
       lastIdValid_ = true;
    }
@@ -232,7 +227,7 @@ void Reporter::countSession(Origin const & o, Ldp::LdpIdentifier const & id) {
    if (!lastFlowValid_ || !(*o.flow == lastFlow_)) {
       bool const srcFirst = o.flow->src < o.flow->dst;
       auto key = srcFirst ? std::make_pair(o.flow->src, o.flow->dst) : std::make_pair(o.flow->dst, o.flow->src);
-      lastSession_ = &totals_.sessions[key];
+      lastSession_ = &totals_.sessions.touch(key);
       lastSide_ = srcFirst ? 0 : 1;
       lastFlow_ = *o.flow;
       lastFlowValid_ = true;
@@ -276,31 +271,38 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
    }
 
    if (mode_ == OutputMode::json) {
-      Json j;
-      j["type"] = "pdu";
-      putOrigin(j, origin);
+      JsonWriter w(out_);
+      w.beginObject();
+      w.field("type", "pdu");
+      putOrigin(w, origin);
       if (auto const * h = pdu->header()) {
-         j["version"] = h->version();
-         j["length"] = h->length();
-         j["ldpId"] = h->ldpIdentifier().stringValue();
+         w.field("version", h->version());
+         w.field("length", h->length());
+         w.plainField("ldpId", std::string_view(h->ldpIdentifier().stringValue()));
       }
-      putStatus(j, pdu->statusCode(), pdu->reason());
-      j["text"] = valid ? std::string(pdu->header()->stringValue()) : std::string(pdu->stringValue());
-      Json list = Json::array();
+      putStatus(w, pdu->statusCode(), pdu->reason());
+      w.field("text", std::string_view(valid ? pdu->header()->stringValue() : pdu->stringValue()));
+      w.array("messages");
       for (std::uint32_t i = 0; i < messages; ++i) {
          std::uint32_t const at = pdu->messageOffset(i);
          auto const msg = Ldp::ldpMsgParserGet(pkt, at);
-         Json m;
-         m["index"] = i;
-         m["offset"] = at - offset;
+         w.beginObject();
+         w.field("index", i);
+         w.field("offset", at - offset);
          if (auto const * h = msg->msgHdr()) {
-            totals_.messagesPerType.count(static_cast<std::uint16_t>(h->type()) & 0x7FFF);
-            m["type"] = msgTypeName(static_cast<std::uint16_t>(h->type()));
-            m["typeCode"] = static_cast<std::uint16_t>(h->type());
-            m["uBit"] = h->unknown();
-            m["length"] = h->length();
+            auto const type = static_cast<std::uint16_t>(h->type());
+            totals_.messagesPerType.count(type & 0x7FFF);
+            w.key("type");
+            if (Ldp::isKnownMsgType(type)) {
+               w.plainValue(std::string_view(Zon::valueToStrep(h->type())));
+            } else {
+               w.null();
+            }
+            w.field("typeCode", type);
+            w.field("uBit", h->unknown());
+            w.field("length", h->length());
             if (h->totalLength() >= Ldp::LdpMsgHdr::wireBytes) {
-               m["msgId"] = h->msgId();
+               w.field("msgId", h->msgId());
             }
          }
          LdpStatusCode const code = msg->statusCode();
@@ -310,13 +312,15 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
             ++totals_.invalidMessages;
             ++totals_.faults[static_cast<std::uint32_t>(code)];
          }
-         putStatus(m, code, msg->reason());
-         m["parser"] = msg->fwkType();
-         m["text"] = std::string(msg->stringValue());
-         list.push_back(std::move(m));
+         putStatus(w, code, msg->reason());
+         w.field("parser", msg->fwkType());
+         w.field("text", std::string_view(msg->stringValue()));
+         writeMessageTlvs(w, *msg);
+         w.endObject();
       }
-      j["messages"] = std::move(list);
-      out_ << jsonLine(j) << '\n';
+      w.endArray();
+      w.endObject();
+      out_ << '\n';
       return;
    }
 
@@ -420,12 +424,14 @@ void Reporter::note(Origin const & origin, std::string_view kind, std::string co
       headerLine(origin);
       out_ << "  note: " << text << "\n\n";
    } else if (mode_ == OutputMode::json) {
-      Json j;
-      j["type"] = "note";
-      putOrigin(j, origin);
-      j["note"] = kind;
-      j["text"] = text;
-      out_ << jsonLine(j) << '\n';
+      JsonWriter w(out_);
+      w.beginObject();
+      w.field("type", "note");
+      putOrigin(w, origin);
+      w.field("note", kind);
+      w.field("text", text);
+      w.endObject();
+      out_ << '\n';
    }
 }
 
@@ -472,15 +478,23 @@ void Reporter::writeSummaryText() {
    for (auto const & [code, count] : t.faults) {
       row(2, statusCodeText(static_cast<LdpStatusCode>(code)), count);
    }
+   auto const dropped = [&](std::uint64_t n) {
+      if (n) {
+         out_ << "  (" << number(n) << " dropped from this list, which keeps the " << number(Totals::maxListed)
+              << " most recent)\n";
+      }
+   };
    row(0, "LDP identifiers", t.ldpIds.size());
-   for (auto const & id : t.ldpIds) {
+   for (auto const & [id, seen] : t.ldpIds) {
       out_ << "  " << id.stringValue() << '\n';
    }
+   dropped(t.ldpIds.dropped());
    row(0, "sessions", t.sessions.size());
    for (auto const & [key, s] : t.sessions) {
       out_ << "  " << sessionSide(key.first, s.hasLdpId[0], s.ldpId[0]) << " <-> "
            << sessionSide(key.second, s.hasLdpId[1], s.ldpId[1]) << ": " << number(s.pdus) << " PDUs\n";
    }
+   dropped(t.sessions.dropped());
    row(0, "TCP streams", t.tcpStreams);
    row(2, "segments with data", t.tcp.segments);
    row(2, "retransmitted", t.tcp.retransmitted);
@@ -500,53 +514,71 @@ void Reporter::writeSummaryText() {
 
 void Reporter::writeSummaryJson() {
    Totals const & t = totals_;
-   Json j;
-   j["type"] = "summary";
-   j["frames"] = {{"total", t.frames},          {"ldpUdp", t.udpFrames},
-                  {"ldpTcp", t.tcpFrames},      {"otherIp", t.otherIpFrames},
-                  {"notIp", t.notIpFrames},     {"fragments", t.fragmentFrames},
-                  {"malformed", t.malformedFrames}};
-   j["pdus"] = {{"total", t.pdus}, {"invalid", t.invalidPdus}};
-   Json perType = Json::object();
+   JsonWriter w(out_);
+   w.beginObject();
+   w.field("type", "summary");
+   w.object("frames")
+       .field("total", t.frames)
+       .field("ldpUdp", t.udpFrames)
+       .field("ldpTcp", t.tcpFrames)
+       .field("otherIp", t.otherIpFrames)
+       .field("notIp", t.notIpFrames)
+       .field("fragments", t.fragmentFrames)
+       .field("malformed", t.malformedFrames)
+       .endObject();
+   w.object("pdus").field("total", t.pdus).field("invalid", t.invalidPdus).endObject();
+   w.object("messages")
+       .field("total", t.messages)
+       .field("invalid", t.invalidMessages)
+       .field("ignored", t.ignoredMessages)
+       .object("perType");
    for (auto const & [type, n] : t.messagesPerType) {
-      perType[msgTypeName(type)] = n;
+      w.field(msgTypeName(type), n);
    }
-   j["messages"] = {{"total", t.messages},
-                    {"invalid", t.invalidMessages},
-                    {"ignored", t.ignoredMessages},
-                    {"perType", perType}};
-   Json faults = Json::object();
+   w.endObject().endObject();
+   w.object("faults").field("total", t.faultCount()).object("perStatus");
    for (auto const & [code, count] : t.faults) {
-      faults[std::string(Zon::valueToStrep(static_cast<LdpStatusCode>(code)))] = count;
+      w.field(std::string_view(Zon::valueToStrep(static_cast<LdpStatusCode>(code))), count);
    }
-   j["faults"] = {{"total", t.faultCount()}, {"perStatus", faults}};
-   Json ids = Json::array();
-   for (auto const & id : t.ldpIds) {
-      ids.push_back(std::string(id.stringValue()));
+   w.endObject().endObject();
+   w.array("ldpIds");
+   for (auto const & [id, seen] : t.ldpIds) {
+      w.plainValue(std::string_view(id.stringValue()));
    }
-   j["ldpIds"] = ids;
-   Json sessions = Json::array();
+   w.endArray();
+   w.field("ldpIdsDropped", t.ldpIds.dropped());
+   w.array("sessions");
    for (auto const & [key, s] : t.sessions) {
-      Json sj;
-      sj["a"] = key.first.text();
-      sj["aLdpId"] = s.hasLdpId[0] ? Json(std::string(s.ldpId[0].stringValue())) : Json();
-      sj["b"] = key.second.text();
-      sj["bLdpId"] = s.hasLdpId[1] ? Json(std::string(s.ldpId[1].stringValue())) : Json();
-      sj["pdus"] = s.pdus;
-      sessions.push_back(std::move(sj));
+      w.beginObject();
+      w.plainField("a", std::string_view(key.first.text()));
+      w.key("aLdpId");
+      s.hasLdpId[0] ? w.value(std::string_view(s.ldpId[0].stringValue())) : w.null();
+      w.plainField("b", std::string_view(key.second.text()));
+      w.key("bLdpId");
+      s.hasLdpId[1] ? w.value(std::string_view(s.ldpId[1].stringValue())) : w.null();
+      w.field("pdus", s.pdus);
+      w.endObject();
    }
-   j["sessions"] = sessions;
-   j["tcp"] = {{"streams", t.tcpStreams},          {"segments", t.tcp.segments},
-               {"retransmitted", t.tcp.retransmitted}, {"outOfOrder", t.tcp.outOfOrder},
-               {"overlapBytes", t.tcp.overlapBytes},   {"gaps", t.tcp.gaps},
-               {"gapBytes", t.tcp.gapBytes},           {"skippedBytes", t.tcp.skippedBytes},
-               {"afterClose", t.tcp.afterClose}};
-   Json notes = Json::object();
+   w.endArray();
+   w.field("sessionsDropped", t.sessions.dropped());
+   w.object("tcp")
+       .field("streams", t.tcpStreams)
+       .field("segments", t.tcp.segments)
+       .field("retransmitted", t.tcp.retransmitted)
+       .field("outOfOrder", t.tcp.outOfOrder)
+       .field("overlapBytes", t.tcp.overlapBytes)
+       .field("gaps", t.tcp.gaps)
+       .field("gapBytes", t.tcp.gapBytes)
+       .field("skippedBytes", t.tcp.skippedBytes)
+       .field("afterClose", t.tcp.afterClose)
+       .endObject();
+   w.object("notes");
    for (auto const & [kind, count] : t.notes) {
-      notes[kind] = count;
+      w.field(kind, count);
    }
-   j["notes"] = notes;
-   out_ << jsonLine(j) << '\n';
+   w.endObject();
+   w.endObject();
+   out_ << '\n';
 }
 
 } // namespace LdpDecode

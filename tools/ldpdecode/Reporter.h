@@ -8,15 +8,16 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "CaptureTypes.h"
+#include "JsonWriter.h"
 #include "LinkLayer.h"
 #include "Output.h"
+#include "RecentMap.h"
 #include "TcpStream.h"
 #include "ldp/wire/LdpIdentifier.h"
 #include "ldp/wire/LdpWireEnums.h"
@@ -106,7 +107,10 @@ struct Totals {
    std::uint64_t ignoredMessages = 0;   // unknown type with the U bit: skipped silently
    TypeCounts messagesPerType;
    std::map<std::uint32_t, std::uint64_t> faults;   // status code -> PDUs and messages refused with it
-   std::set<Ldp::LdpIdentifier> ldpIds;
+   // The identifiers and the sessions seen, the most recent ones only: a
+   // capture with more of them drops the least recently seen and counts them.
+   static constexpr std::size_t maxListed = 4096;
+   RecentMap<Ldp::LdpIdentifier, bool> ldpIds{maxListed};
    std::map<std::string, std::uint64_t> notes;      // note kind -> count
    StreamStats tcp;
    std::uint64_t tcpStreams = 0;
@@ -120,7 +124,7 @@ struct Totals {
       std::uint64_t pdus = 0;
    };
    // TCP connections that carried PDUs, by their two endpoints (lower first).
-   std::map<std::pair<Endpoint, Endpoint>, Session> sessions;
+   RecentMap<std::pair<Endpoint, Endpoint>, Session> sessions{maxListed};
 
    std::uint64_t faultCount() const noexcept;
    void add(Totals const & other);
@@ -170,6 +174,7 @@ class Reporter final : public ReportSink {
 
  private:
    void headerLine(Origin const & origin);
+   void putOrigin(JsonWriter & w, Origin const & origin);
    void countSession(Origin const & origin, Ldp::LdpIdentifier const & id);
    void writeSummaryText();
    void writeSummaryJson();
@@ -190,6 +195,8 @@ class Reporter final : public ReportSink {
    // The time text of the last frame printed.
    std::uint64_t timeFrame_ = 0;
    std::string timeText_;
+   std::uint64_t isoTimeFrame_ = 0;
+   std::string isoTimeText_;
 };
 
 } // namespace LdpDecode

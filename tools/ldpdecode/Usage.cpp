@@ -91,4 +91,24 @@ std::string manPage() {
    return out;
 }
 
+OptionDoc const * findOption(std::string_view arg) noexcept {
+   if (arg.size() < 2 || arg[0] != '-') {
+      return nullptr;
+   }
+   for (OptionDoc const & o : usageOptions) {
+      // "-h, --help": names separated by ", "; "-c COUNT": the name, then its value.
+      std::string_view names = o.names;
+      while (!names.empty()) {
+         std::size_t const comma = names.find(", ");
+         std::string_view one = names.substr(0, comma);
+         one = one.substr(0, one.find(' '));
+         if (one == arg) {
+            return &o;
+         }
+         names = comma == std::string_view::npos ? std::string_view() : names.substr(comma + 2);
+      }
+   }
+   return nullptr;
+}
+
 } // namespace LdpDecode

@@ -52,55 +52,72 @@ struct UsageError {
 Options parseOptions(int argc, char ** argv) {
    Options o;
    bool inputSeen = false;
-   auto value = [&](int & i, char const * opt) -> std::string {
+   auto value = [&](int & i, std::string const & opt) -> std::string {
       if (i + 1 >= argc) {
-         throw UsageError{std::string("option ") + opt + " needs a value"};
+         throw UsageError{"option " + opt + " needs a value"};
       }
       return argv[++i];
    };
    for (int i = 1; i < argc; ++i) {
       std::string const a = argv[i];
-      if (a == "--man") {
+      OptionDoc const * opt = findOption(a);
+      if (!opt && a.size() > 1 && a[0] == '-') {
+         throw UsageError{"unknown option " + a};
+      }
+      OptionId const id = opt ? opt->id : OptionId::input;
+      switch (id) {
+       case OptionId::man:
          o.man = true;
          o.help = true;
-      } else if (a == "-h" || a == "--help") {
+         break;
+       case OptionId::help:
          o.help = true;
-      } else if (a == "--hex") {
+         break;
+       case OptionId::hex:
          o.hex = true;
-      } else if (a == "--summary") {
+         break;
+       case OptionId::summary:
          o.summary = true;
-      } else if (a == "--json") {
+         break;
+       case OptionId::json:
          o.json = true;
-      } else if (a == "--check") {
+         break;
+       case OptionId::check:
          o.check = true;
-      } else if (a == "-i") {
-         o.iface = value(i, "-i");
-      } else if (a == "-f") {
-         o.filter = value(i, "-f");
-      } else if (a == "--threads") {
-         std::string const v = value(i, "--threads");
+         break;
+       case OptionId::iface:
+         o.iface = value(i, a);
+         break;
+       case OptionId::filter:
+         o.filter = value(i, a);
+         break;
+       case OptionId::threads: {
+         std::string const v = value(i, a);
          char * end = nullptr;
          unsigned long const n = std::strtoul(v.c_str(), &end, 10);
          if (v.empty() || *end || n > 64) {
             throw UsageError{"--threads needs a number from 0 to 64, not \"" + v + "\""};
          }
          o.threads = static_cast<int>(n);
-      } else if (a == "-c") {
-         std::string const v = value(i, "-c");
+         break;
+       }
+       case OptionId::count: {
+         std::string const v = value(i, a);
          char * end = nullptr;
          unsigned long long const n = std::strtoull(v.c_str(), &end, 10);
          if (v.empty() || *end || n == 0) {
             throw UsageError{"-c needs a positive number of frames, not \"" + v + "\""};
          }
          o.count = n;
-      } else if (a.size() > 1 && a[0] == '-') {
-         throw UsageError{"unknown option " + a};
-      } else {
+         break;
+       }
+       case OptionId::input:
          if (inputSeen) {
             throw UsageError{"more than one input: \"" + o.input + "\" and \"" + a + "\""};
          }
          o.input = a;
          inputSeen = true;
+         break;
       }
    }
    if (o.help) {

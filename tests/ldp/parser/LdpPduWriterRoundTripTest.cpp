@@ -281,6 +281,31 @@ std::vector<RoundTrip> const roundTrips = {
         EXPECT_EQ(p->msgStatusTlv()->statusData(), LdpStatusCode::noRoute);
         EXPECT_TRUE(p->msgStatusTlv()->statusForwardUnknown());
         EXPECT_FALSE(p->msgStatusTlv()->statusError());
+        EXPECT_EQ(p->msgStatusTlv()->msgId(), 7u);
+        EXPECT_EQ(p->msgStatusTlv()->msgType(), LdpMsgType::LdpLabelRequest);
+     }},
+    // An unknown TLV with the U and F bits: skipped by the message parser, read
+    // back as written by the TLV parser.
+    {"labelMappingWithUnknownTlv", LdpMsgType::LdpLabelMapping,
+     [](LdpPduWriter & w) {
+        prefixFec(w);
+        w.genLabelTlv(17);
+        std::array<std::uint8_t, 3> const value = {0xAB, 0xCD, 0xEF};
+        w.rawTlv(0x8000 | 0x4000 | 0x3E05, value);
+     },
+     [](Pkt const & pkt, std::uint32_t at) {
+        auto p = ldpLabelMappingMsgParserFactory(pkt, at);
+        expectValid(*p);
+        EXPECT_EQ(p->msgGenLabelTlv()->label().value(), 17u);
+        ASSERT_EQ(p->tlvGroupParser()->tlvNum(), 3u);
+        std::uint32_t const offset = p->tlvGroupParser()->tlvOffset(2);
+        auto t = ldpTlvParserFactory(pkt, offset);
+        EXPECT_EQ(static_cast<std::uint16_t>(t->type()), 0x3E05);
+        EXPECT_TRUE(t->unknown());
+        EXPECT_TRUE(t->forwardUnknown());
+        ASSERT_EQ(t->length(), 3u);
+        std::uint8_t const * v = pkt->front() + offset + LdpTlvHdr::tlvHdrSizeExclude;
+        EXPECT_EQ(std::vector<std::uint8_t>(v, v + 3), (std::vector<std::uint8_t>{0xAB, 0xCD, 0xEF}));
      }},
     {"labelAbortRequest", LdpMsgType::LdpLabelAbortReq,
      [](LdpPduWriter & w) {
@@ -302,6 +327,8 @@ std::vector<RoundTrip> const roundTrips = {
         EXPECT_EQ(p->msgStatusTlv()->statusData(), LdpStatusCode::shutdown);
         EXPECT_TRUE(p->msgStatusTlv()->statusError());
         EXPECT_EQ(p->msgStatusTlv()->msgId(), 0u);
+        EXPECT_FALSE(p->msgStatusTlv()->statusForwardUnknown());
+        EXPECT_EQ(p->msgStatusTlv()->msgType(), LdpMsgType(0));
      }},
     {"notificationPwStatus", LdpMsgType::LdpNotification,
      [](LdpPduWriter & w) {

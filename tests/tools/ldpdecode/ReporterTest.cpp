@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <iterator>
 #include <string>
+#include <vector>
 
 #include "Decoder.h"
 #include "ParallelReporter.h"
@@ -114,7 +116,7 @@ TEST(Reporter, TotalsCountFaultsButNotIgnoredMessages) {
       EXPECT_EQ(t.faultCount(), 2u);
       EXPECT_TRUE(reporter.faultFound());
       ASSERT_EQ(t.ldpIds.size(), 2u);
-      EXPECT_EQ(t.ldpIds.begin()->stringValue(), "10.0.0.1:0");
+      EXPECT_EQ(t.ldpIds.begin()->first.stringValue(), "10.0.0.1:0");
       ASSERT_EQ(t.sessions.size(), 1u);
       auto const & s = t.sessions.begin()->second;
       EXPECT_EQ(s.pdus, 3u);  // the valid ones
@@ -406,8 +408,9 @@ TEST(Decoder, RawStreamSplitsPdusAndHandsTheUnfinishedLastOneToTheParser) {
 
 namespace {
 
-// A flood of hellos from distinct UDP endpoints: the decoder keeps the names of
-// the recent flows only, however many there were.
+// A flood of hellos from distinct UDP endpoints, each with its own LDP
+// identifier: the decoder keeps the names of the recent flows only, and the
+// totals the recent identifiers only, however many there were.
 TEST(Decoder, UdpFlowStateStaysBoundedOverAMillionFlows) {
    Output out(nullptr);
    Reporter reporter(OutputMode::summary, out);
@@ -416,14 +419,21 @@ TEST(Decoder, UdpFlowStateStaysBoundedOverAMillionFlows) {
    std::vector<std::uint8_t> f = ipFrame(false, "10.0.0.1", "224.0.0.2", 646, 646, 0, 0, hexBytes(ignoredOnlyPdu));
    constexpr std::uint32_t flows = 1000000;
    std::size_t most = 0;
+   std::size_t mostIds = 0;
    for (std::uint32_t i = 0; i < flows; ++i) {
       // Source address and port from i: every frame its own flow.
       f[13] = std::uint8_t(i >> 16);
       f[14] = std::uint8_t(i >> 8);
       f[15] = std::uint8_t(i);
+      // The LSR id of the PDU's LDP identifier (after IP, UDP, version, length).
+      std::size_t const lsrId = 20 + 8 + 4;
+      for (int b = 0; b < 4; ++b) {
+         f[lsrId + b] = std::uint8_t(i >> (24 - 8 * b));
+      }
       FrameMeta const meta{i + 1, 1700000000, 0};
       decoder.frame(meta, f);
       most = std::max(most, decoder.udpFlowsHeld());
+      mostIds = std::max(mostIds, reporter.totals().ldpIds.size());
    }
    // A flow seen again is found among the recent ones.
    decoder.frame(FrameMeta{flows + 1, 1700000000, 0}, f);
@@ -432,6 +442,68 @@ TEST(Decoder, UdpFlowStateStaysBoundedOverAMillionFlows) {
    EXPECT_EQ(decoder.udpFlowsHeld(), Decoder::defaultMaxUdpFlows);
    EXPECT_EQ(reporter.totals().udpFrames, flows + 1);
    EXPECT_EQ(reporter.totals().pdus, flows + 1);
+   // The repeated identifier was among the recent ones: each was dropped once.
+   EXPECT_EQ(mostIds, Totals::maxListed);
+   EXPECT_EQ(reporter.totals().ldpIds.dropped(), flows - Totals::maxListed);
+   EXPECT_EQ(std::prev(reporter.totals().ldpIds.end())->first.stringValue(), "0.15.66.63:0");  // 999999
+}
+
+// Many TCP sessions through the reporter: the most recent are listed, the
+// others counted, and the summary says so.
+TEST(Reporter, SessionsBeyondTheBoundAreDroppedAndCounted) {
+   Fixture f;
+   Output out(nullptr);
+   Reporter reporter(OutputMode::summary, out);
+   auto const pkt = hexPkt(mappingPdu);
+   std::uint32_t const sessions = Totals::maxListed + 1000;
+   for (std::uint32_t i = 0; i < sessions; ++i) {
+      f.flow.dst.port = std::uint16_t(1024 + i);
+      reporter.pdu(f.origin(), pkt, 0);
+   }
+   Totals const & t = reporter.totals();
+   EXPECT_EQ(t.sessions.size(), Totals::maxListed);
+   EXPECT_EQ(t.sessions.dropped(), 1000u);
+   // The oldest are gone, the newest is there.
+   EXPECT_EQ(t.sessions.begin()->first.second.port, 1024 + 1000);
+   EXPECT_EQ(std::prev(t.sessions.end())->first.second.port, 1024 + sessions - 1);
+   EXPECT_EQ(t.ldpIds.size(), 1u);
+   reporter.finish();
+   EXPECT_NE(out.pending().find("  (1000 dropped from this list, which keeps the 4096 most recent)\n"),
+             std::string::npos);
+}
+
+TEST(RecentMap, KeepsTheMostRecentlyUsedInKeyOrder) {
+   RecentMap<int, int> m(3);
+   m.touch(3) = 30;
+   m.touch(1) = 10;
+   m.touch(2) = 20;
+   m.touch(3) += 1;  // 1 is now the least recent
+   m.touch(4) = 40;
+   EXPECT_EQ(m.size(), 3u);
+   EXPECT_EQ(m.dropped(), 1u);
+   std::vector<std::pair<int, int>> held;
+   for (auto const & [k, v] : m) {
+      held.emplace_back(k, v);
+   }
+   EXPECT_EQ(held, (std::vector<std::pair<int, int>>{{2, 20}, {3, 31}, {4, 40}}));
+
+   // Adding keeps the other's most recent and combines the shared ones.
+   RecentMap<int, int> other(3);
+   other.touch(4) = 1;
+   other.touch(5) = 50;
+   other.touch(6) = 60;
+   m.add(other, [](int & mine, int theirs) { mine += theirs; });
+   held.clear();
+   for (auto const & [k, v] : m) {
+      held.emplace_back(k, v);
+   }
+   EXPECT_EQ(held, (std::vector<std::pair<int, int>>{{4, 41}, {5, 50}, {6, 60}}));
+   EXPECT_EQ(m.dropped(), 3u);
+
+   RecentMap<int, int> const copy = m;
+   EXPECT_EQ(copy.size(), 3u);
+   EXPECT_EQ(copy.dropped(), 3u);
+   EXPECT_EQ(copy.begin()->second, 41);
 }
 
 } // namespace
