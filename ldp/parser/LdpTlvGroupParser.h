@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <utility>
 #include <vector>
 
@@ -70,9 +69,6 @@ class LdpTlvGroupParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    }
    void tlvOffsetDel(std::uint32_t index) noexcept;
    void tlvOffsetDelAll() noexcept;
-   // Entries in index order.
-   std::span<Entry const> tlvOffsets() const noexcept;
-
    // Splits the group; always returns true, the outcome is in statusCode/reason.
    bool parseTlvGroup();
 
