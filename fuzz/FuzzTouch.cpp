@@ -44,8 +44,8 @@ void base(LdpMsgParser const & m) {
 void capabilities(LdpCapabilityParser const & m) {
    keep(m.capabilitiesNum());
    for (auto const & e : m.capabilities()) {
-      keep(static_cast<std::uint64_t>(e.first));
-      tlv(e.second);
+      keep(static_cast<std::uint64_t>(e.type));
+      tlv(e.tlv);
    }
 }
 

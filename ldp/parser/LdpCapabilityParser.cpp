@@ -8,13 +8,13 @@ namespace Ldp {
 
 LdpCapabilityMap::Entry * LdpCapabilityMap::position(LdpTlvType type) noexcept {
    Entry * e = data();
-   return std::lower_bound(e, e + count_, type, [](Entry const & a, LdpTlvType t) { return a.first < t; });
+   return std::lower_bound(e, e + count_, type, [](Entry const & a, LdpTlvType t) { return a.type < t; });
 }
 
 LdpCapabilityParameterTlv * LdpCapabilityMap::find(LdpTlvType type) const noexcept {
    for (Entry const & e : entries()) {
-      if (e.first == type) {
-         return e.second;
+      if (e.type == type) {
+         return e.tlv;
       }
    }
    return nullptr;
@@ -22,8 +22,8 @@ LdpCapabilityParameterTlv * LdpCapabilityMap::find(LdpTlvType type) const noexce
 
 void LdpCapabilityMap::set(LdpTlvType type, LdpCapabilityParameterTlv * tlv) {
    Entry * it = position(type);
-   if (it != data() + count_ && it->first == type) {
-      it->second = tlv;
+   if (it != data() + count_ && it->type == type) {
+      it->tlv = tlv;
       return;
    }
    auto const pos = static_cast<std::size_t>(it - data());
@@ -40,8 +40,8 @@ void LdpCapabilityMap::set(LdpTlvType type, LdpCapabilityParameterTlv * tlv) {
 }
 
 LdpCapabilityParameterTlv * LdpCapabilityMap::insert(LdpTlvType type, LdpCapabilityParameterTlv * tlv) {
-   if (Entry * it = position(type); it != data() + count_ && it->first == type) {
-      return it->second;
+   if (Entry * it = position(type); it != data() + count_ && it->type == type) {
+      return it->tlv;
    }
    set(type, tlv);
    return tlv;
@@ -49,7 +49,7 @@ LdpCapabilityParameterTlv * LdpCapabilityMap::insert(LdpTlvType type, LdpCapabil
 
 void LdpCapabilityMap::erase(LdpTlvType type) noexcept {
    Entry * it = position(type);
-   if (it == data() + count_ || it->first != type) {
+   if (it == data() + count_ || it->type != type) {
       return;
    }
    if (heap_.empty()) {

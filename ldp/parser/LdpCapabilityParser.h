@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "ldp/parser/LdpMsgParser.h"
@@ -22,7 +21,10 @@ namespace Ldp {
 // unusually long list moves to the heap.
 class LdpCapabilityMap {
  public:
-   using Entry = std::pair<LdpTlvType, LdpCapabilityParameterTlv *>;
+   struct Entry {
+      LdpTlvType type{};
+      LdpCapabilityParameterTlv * tlv = nullptr;
+   };
 
    LdpCapabilityMap() noexcept = default;
    LdpCapabilityMap(LdpCapabilityMap const &) = delete;

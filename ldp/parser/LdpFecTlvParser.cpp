@@ -51,15 +51,6 @@ std::string elementText(LdpFecTlvElement const & e) {
    }
 }
 
-// The view of a known sub-TLV at `offset`: its fixed part and, when its length
-// octet says more, every octet the length claims. Null when those octets are not
-// all in the PW information.
-template <typename T>
-T const * subTlvView(LdpPktReader const & params, std::uint32_t offset, std::uint8_t length) noexcept {
-   std::uint32_t const needs = std::max<std::uint32_t>(T::wireBytes, length);
-   return params.view<T const>(offset, needs);
-}
-
 } // namespace
 
 LdpFecTlvParser::LdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
@@ -85,29 +76,29 @@ namespace {
 
 template <typename E>
 E * findEntry(E * first, std::uint32_t count, std::uint32_t index) noexcept {
-   return std::lower_bound(first, first + count, index, [](E const & a, std::uint32_t i) { return a.first < i; });
+   return std::lower_bound(first, first + count, index, [](E const & a, std::uint32_t i) { return a.index < i; });
 }
 
 } // namespace
 
 LdpFecTlvParser::ElementPtr LdpFecTlvParser::fecElement(std::uint32_t index) const noexcept {
    Entry const * e = entries();
-   if (index < count_ && e[index].first == index) { // the usual dense case
-      return e[index].second;
+   if (index < count_ && e[index].index == index) { // the usual dense case
+      return e[index].element;
    }
    Entry const * it = findEntry(e, count_, index);
-   return it != e + count_ && it->first == index ? it->second : nullptr;
+   return it != e + count_ && it->index == index ? it->element : nullptr;
 }
 
 void LdpFecTlvParser::fecElementIs(std::uint32_t index, ElementPtr element) {
    Entry * e = entries();
    Entry * it = findEntry(e, count_, index);
-   if (it != e + count_ && it->first == index) {
-      it->second = std::move(element);
+   if (it != e + count_ && it->index == index) {
+      it->element = std::move(element);
       return;
    }
    if (heap_.empty() && count_ == 0) {
-      inline_ = Entry(index, std::move(element));
+      inline_ = Entry{index, std::move(element)};
    } else {
       auto const pos = it - e;
       if (heap_.empty()) {
@@ -115,7 +106,7 @@ void LdpFecTlvParser::fecElementIs(std::uint32_t index, ElementPtr element) {
          heap_.push_back(std::move(inline_));
          inline_ = Entry();
       }
-      heap_.insert(heap_.begin() + pos, Entry(index, std::move(element)));
+      heap_.insert(heap_.begin() + pos, Entry{index, std::move(element)});
    }
    ++count_;
 }
@@ -131,7 +122,7 @@ LdpFecTlvParser::ElementPtr LdpFecTlvParser::newFecElement(std::uint32_t index, 
 void LdpFecTlvParser::fecElementDel(std::uint32_t index) noexcept {
    Entry * e = entries();
    Entry * it = findEntry(e, count_, index);
-   if (it == e + count_ || it->first != index) {
+   if (it == e + count_ || it->index != index) {
       return;
    }
    if (heap_.empty()) {
@@ -373,6 +364,27 @@ LdpStatusCode LdpFecTlvParser::parseFecTlvPwIdElement(std::uint32_t & currOffset
    return LdpStatusCode::success;
 }
 
+LdpStatusCode LdpFecTlvParser::subTlvRefused(LdpStatusCode code, char const * what) {
+   fault(code, Zon::String8(std::string("Invalid PW Intf param element: ") + what + " validation failure"));
+   return statusCode();
+}
+
+template <typename T>
+T const * LdpFecTlvParser::knownSubTlv(LdpPktReader const & params, std::uint32_t offset, std::uint8_t length,
+                                       char const * what) {
+   // Its fixed part and, when its length octet says more, every octet it claims.
+   T const * t = params.view<T const>(offset, std::max<std::uint32_t>(T::wireBytes, length));
+   if (!t) {
+      fault(malformedTlv, "Invalid PW Intf param element: TLV value is too small");
+      return nullptr;
+   }
+   if (LdpStatusCode const code = t->validate(); code != LdpStatusCode::success) {
+      subTlvRefused(code, what);
+      return nullptr;
+   }
+   return t;
+}
+
 LdpStatusCode LdpFecTlvParser::parsePwIntfParamSubTlv(LdpPktReader const & params, std::uint32_t & currOffset,
                                                       LdpPwIntfParamFlags & flags, PwFwdEqvClassParams & fecParams) {
    auto const typeOctet = params.u8(currOffset);
@@ -381,76 +393,52 @@ LdpStatusCode LdpFecTlvParser::parsePwIntfParamSubTlv(LdpPktReader const & param
       fault(malformedTlv, "Invalid PW Intf param element: TLV is too small");
       return statusCode();
    }
-   // The value fault of a known sub-TLV; `what` names it in the reason.
-   auto const refused = [this](LdpStatusCode code, char const * what) {
-      fault(code, Zon::String8(std::string("Invalid PW Intf param element: ") + what + " validation failure"));
-      return statusCode();
-   };
-   auto const tooSmall = [this] {
-      fault(malformedTlv, "Invalid PW Intf param element: TLV value is too small");
-      return statusCode();
-   };
    switch (LdpPwIntfParamSubTlvType(*typeOctet)) {
     case LdpPwIntfParamSubTlvType::intfMtu: {
-      auto const * t = subTlvView<LdpPwIntfMtuSubTlv>(params, currOffset, *length);
+      auto const * t = knownSubTlv<LdpPwIntfMtuSubTlv>(params, currOffset, *length, "PW MTU");
       if (!t) {
-         return tooSmall();
-      }
-      if (LdpStatusCode const code = t->validate(); code != LdpStatusCode::success) {
-         return refused(code, "PW MTU");
+         return statusCode();
       }
       flags.intfMtuIs(true);
       fecParams.mtuIs(t->mtu());
       break;
     }
     case LdpPwIntfParamSubTlvType::intfDesc: {
-      auto const * t = subTlvView<LdpPwIntfDescSubTlv>(params, currOffset, *length);
+      auto const * t = knownSubTlv<LdpPwIntfDescSubTlv>(params, currOffset, *length, "PW Description");
       if (!t) {
-         return tooSmall();
-      }
-      if (LdpStatusCode const code = t->validate(); code != LdpStatusCode::success) {
-         return refused(code, "PW Description");
+         return statusCode();
       }
       flags.intfDescIs(true);
       fecParams.intfDescriptionIs(t->description());
       break;
     }
     case LdpPwIntfParamSubTlvType::requestedVlanId: {
-      auto const * t = subTlvView<LdpPwRequestedVlanIdSubTlv>(params, currOffset, *length);
+      auto const * t = knownSubTlv<LdpPwRequestedVlanIdSubTlv>(params, currOffset, *length, "Requested VLAN Id");
       if (!t) {
-         return tooSmall();
-      }
-      if (LdpStatusCode const code = t->validate(); code != LdpStatusCode::success) {
-         return refused(code, "Requested VLAN Id");
+         return statusCode();
       }
       // The VLAN value type refuses 4095 and above.
       try {
          fecParams.requestedVlanIdIs(Pseudowire::VlanIdOrNone(t->vlanId()));
       } catch (Zon::RangeException const &) {
-         return refused(malformedTlv, "Requested VLAN Id");
+         return subTlvRefused(malformedTlv, "Requested VLAN Id");
       }
       flags.requestedVlanIdIs(true);
       break;
     }
     case LdpPwIntfParamSubTlvType::fragIndicator: {
-      auto const * t = subTlvView<LdpPwFragIndicatorSubTlv>(params, currOffset, *length);
+      auto const * t = knownSubTlv<LdpPwFragIndicatorSubTlv>(params, currOffset, *length, "Fragmentation indicator");
       if (!t) {
-         return tooSmall();
-      }
-      if (LdpStatusCode const code = t->validate(); code != LdpStatusCode::success) {
-         return refused(code, "Fragmentation indicator");
+         return statusCode();
       }
       flags.fragIndicatorIs(true);
       fecParams.fragCapableIs(t->fragCapable());
       break;
     }
     case LdpPwIntfParamSubTlvType::vccvParam: {
-      auto const * t = subTlvView<LdpPwVccvParamSubTlv>(params, currOffset, *length);
+      auto const * t = knownSubTlv<LdpPwVccvParamSubTlv>(params, currOffset, *length, "VCCV param");
       if (!t) {
-         return tooSmall();
-      }
-      if (LdpStatusCode const code = t->validate(); code != LdpStatusCode::success) {
-         return refused(code, "VCCV param");
+         return statusCode();
       }
       flags.vccvParamIs(true);
       fecParams.vccvCcTypesIs(t->ccTypes());
@@ -484,7 +472,7 @@ Zon::String8 LdpFecTlvParser::stringValue() const {
       if (i != 0) {
          s += "; ";
       }
-      s += elementText(*e[i].second);
+      s += elementText(*e[i].element);
    }
    return Zon::String8(std::move(s));
 }

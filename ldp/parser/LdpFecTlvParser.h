@@ -31,7 +31,10 @@ class LdpFecTlvParser : public Zon::PtrInterface, public Zon::PoolAllocated {
  public:
    using Ptr = Zon::Ptr<LdpFecTlvParser>;
    using ElementPtr = Zon::Ptr<LdpFecTlvElement const>;
-   using Entry = std::pair<std::uint32_t, ElementPtr>; // element index, element
+   struct Entry {
+      std::uint32_t index = 0;
+      ElementPtr element;
+   };
 
    // Parses the FEC TLV whose header lies at `offset`. Under the strict rule a
    // Wildcard element must be the only element of the TLV; without it a Wildcard
@@ -99,6 +102,14 @@ class LdpFecTlvParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    bool parseWildcardElement(std::uint32_t & currOffset, std::uint32_t valueOffset, std::uint32_t endOffset);
    bool parsePrefixElement(std::uint32_t & currOffset, std::uint32_t endOffset);
    bool parseHostAddrElement(std::uint32_t & currOffset, std::uint32_t endOffset);
+   // A known interface parameter sub-TLV of value type T at `offset` whose length
+   // octet is `length`: its view when every octet it claims is in the PW
+   // information and its validate() passes; else null after a fault whose reason
+   // names it by `what`.
+   template <typename T>
+   T const * knownSubTlv(LdpPktReader const & params, std::uint32_t offset, std::uint8_t length, char const * what);
+   // The value fault of a known sub-TLV named `what`; returns its code.
+   LdpStatusCode subTlvRefused(LdpStatusCode code, char const * what);
    // Stores `element` under the next index.
    void appendElement(ElementPtr element);
 

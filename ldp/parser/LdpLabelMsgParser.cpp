@@ -1,3 +1,5 @@
+// The label messages' parsers: each message type is a table of the TLVs it names,
+// walked by LdpFecMsgParser::labelMessageStep.
 #include "ldp/parser/LdpLabelMsgParser.h"
 
 #include <string>
@@ -8,133 +10,99 @@ namespace Ldp {
 
 namespace {
 
-constexpr auto missingMessageParams = LdpStatusCode::missingMessageParams;
-constexpr auto malformedTlv = LdpStatusCode::malformedTlv;
-constexpr auto unknownFec = LdpStatusCode::unknownFec;
+using Slot = LdpFecMsgParser::Slot;
+using FecValidity = LdpFecMsgParser::FecValidity;
+
+template <typename T>
+LdpStatusCode validateAs(LdpTlvHdr const & t) {
+   return static_cast<T const &>(t).validate();
+}
+
+// A TLV of type T checked by `size`, filling `slot`.
+template <typename T>
+constexpr LdpLabelTlvRule sizedRule(LdpTlvType type, Slot slot, LdpTlvSize size, char const * sizeReason,
+                                    char const * valueReason) {
+   return {.type = type,
+           .slot = slot,
+           .size = size,
+           .validate = &validateAs<T>,
+           .sizeReason = sizeReason,
+           .valueReason = valueReason};
+}
+
+// The rows the label messages share.
+constexpr LdpLabelTlvRule fecFirst = LdpLabelTlvRule{.type = LdpTlvType::fecTlv, .slot = Slot::fec}
+                                         .at(0, "FecTlv is not the 1st TLV in the message")
+                                         .mandatory("Missing LdpFecTlv");
+constexpr LdpLabelTlvRule genLabel =
+    sizedRule<LdpGenLabelTlv>(LdpTlvType::genLabelTlv, Slot::genLabel, LdpTlvSize::exactlyOf<LdpGenLabelTlv>(),
+                              "Invalid size for LdpGenLabelTlv", "LdpGenLabelTlv validation failure");
+constexpr LdpLabelTlvRule reqMsgId = sizedRule<LdpLabelReqMsgIdTlv>(
+    LdpTlvType::labelReqMsgIdTlv, Slot::reqMsgId, LdpTlvSize::exactlyOf<LdpLabelReqMsgIdTlv>(),
+    "Invalid size for LdpLabelReqMsgIdTlv", "LdpLabelReqMsgIdTlv validation failure");
+constexpr LdpLabelTlvRule hopCount =
+    sizedRule<LdpHopCountTlv>(LdpTlvType::hopCountTlv, Slot::hopCount, LdpTlvSize::exactlyOf<LdpHopCountTlv>(),
+                              "Invalid size for LdpHopCountTlv", "LdpHopCountTlv validation failure");
+constexpr LdpLabelTlvRule pathVector = sizedRule<LdpPathVectorTlv>(
+    LdpTlvType::pathVectorTlv, Slot::pathVector, LdpTlvSize::notEmptyOf<LdpPathVectorTlv>(),
+    "Invalid size for LdpPathVectorTlv", "LdpPathVectorTlv validation failure");
+constexpr LdpLabelTlvRule pwStatus =
+    sizedRule<LdpPwStatusTlv>(LdpTlvType::pwStatusTlv, Slot::pwStatus, LdpTlvSize::exactlyOf<LdpPwStatusTlv>(),
+                              "Invalid size for LdpPwStatusTlv", "LdpPwStatusTlv validation failure");
+constexpr LdpLabelTlvRule status =
+    sizedRule<LdpStatusTlv>(LdpTlvType::statusTlv, Slot::status, LdpTlvSize::exactlyOf<LdpStatusTlv>(),
+                            "Invalid size for LdpStatusTlv", "LdpStatusTlv validation failure");
+
+constexpr LdpLabelTlvRule mappingTlvs[] = {
+    fecFirst,
+    genLabel.at(1, "LdpGenLabelTlv is not the 2nd TLV in the message").mandatory("Missing LdpGenLabelTlv"),
+    reqMsgId,
+    hopCount,
+    pathVector,
+    pwStatus,
+};
+constexpr LdpLabelMsgShape mappingShape{LdpMsgType::LdpLabelMapping, "msgHdr_->type() == LdpLabelMapping_", 2,
+                                        "Message does not have at least 2 TLV", FecValidity::checked,
+                                        "LDP Mapping Msg can not have Wildcard FEC TLV", mappingTlvs};
+
+constexpr LdpLabelTlvRule requestTlvs[] = {fecFirst, hopCount, pathVector};
+constexpr LdpLabelMsgShape requestShape{LdpMsgType::LdpLabelRequest, "msgHdr_->type() == LdpLabelRequest_", 1,
+                                        "Message does not have at least 1 TLV", FecValidity::checked,
+                                        "LDP Request Msg can not have Wildcard FEC TLV", requestTlvs};
+
+// Withdraw and Release accept the Wildcard FEC.
+constexpr LdpLabelTlvRule withdrawReleaseTlvs[] = {
+    fecFirst,
+    genLabel.at(1, "Label Tlv is not the 2nd TLV in the message"),
+    status,
+};
+constexpr LdpLabelMsgShape withdrawShape{LdpMsgType::LdpLabelWithdraw, "msgHdr_->type() == LdpLabelWithdraw_", 1,
+                                         "Message does not have at least 1 TLV", FecValidity::checked, nullptr,
+                                         withdrawReleaseTlvs};
+constexpr LdpLabelMsgShape releaseShape{LdpMsgType::LdpLabelRelease, "msgHdr_->type() == LdpLabelRelease_", 1,
+                                        "Message does not have at least 1 TLV", FecValidity::unchecked, nullptr,
+                                        withdrawReleaseTlvs};
+
+constexpr LdpLabelTlvRule abortTlvs[] = {
+    fecFirst,
+    reqMsgId.at(1, "LdpLabelReqMsgIdTlv is not the 2nd TLV in the message").mandatory("Missing LdpLabelReqMsgIdTlv"),
+};
+constexpr LdpLabelMsgShape abortShape{LdpMsgType::LdpLabelAbortReq, "msgHdr_->type() == LdpLabelAbortReq_", 2,
+                                      "Message does not have at least 2 TLV", FecValidity::checked,
+                                      "LDP Abort Msg can not have Wildcard FEC TLV", abortTlvs};
+
+template <typename P>
+Zon::Ptr<P> make(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   return Zon::validPtr(Zon::makePtr<P>(pkt, offset));
+}
 
 } // namespace
-
-// ---- shared pieces ---------------------------------------------------------
-
-bool LdpFecMsgParser::fecMessageStepStart() {
-   TRACE(ldpGenMsgParserTrace, traceFunction, fwkType() << "::handleInitialized");
-   initialized_ = true;
-   return messageStepStart();
-}
-
-bool LdpFecMsgParser::fecTlvStep(std::uint32_t i, FecValidity validity, char const * wildcardReason) {
-   msgFecTlvIs(tlvAt(i));
-   LdpFecTlvParser const & fec = *ldpFecTlvParserIs(pkt(), tlvOffsetAt(i), nullptr);
-   if (validity == FecValidity::checked && !fecParserValidStep()) {
-      return false;
-   }
-   if (wildcardReason && fec.hasWildcardFecElement()) {
-      return fault(unknownFec, wildcardReason);
-   }
-   return true;
-}
-
-bool LdpFecMsgParser::firstFecTlvStep(std::uint32_t i, FecValidity validity, char const * wildcardReason) {
-   if (i != 0) {
-      return fault(missingMessageParams, "FecTlv is not the 1st TLV in the message");
-   }
-   return fecTlvStep(i, validity, wildcardReason);
-}
-
-bool LdpFecMsgParser::fecParserValidStep() {
-   LdpFecTlvParser const & fec = *ldpFecTlvParser();
-   return fec.valid() || faultFrom(fec);
-}
-
-LdpPathVectorTlv * LdpFecMsgParser::pathVectorStep(std::uint32_t i) {
-   // The size as the 16-bit item size: a length that wraps it below 5 is empty.
-   auto const size = static_cast<std::uint16_t>(tlvAt(i)->length() + LdpTlvHdr::tlvHdrSizeExclude);
-   LdpPathVectorTlv * t = size >= 5 ? tlvAs<LdpPathVectorTlv>(i) : nullptr;
-   if (!t) {
-      fault(malformedTlv, "Invalid size for LdpPathVectorTlv");
-      return nullptr;
-   }
-   return validated(t, "LdpPathVectorTlv validation failure") ? t : nullptr;
-}
-
-std::string LdpFecMsgParser::fecMessageText(char const * title) const {
-   ZON_ASSERT(msgFecTlv());
-   std::string s = title + msgIdText();
-   s += "   FEC: ";
-   if (ldpFecTlvParser()) {
-      s += ldpFecTlvParser()->stringValue();
-   }
-   return s;
-}
 
 // ---- Label Mapping ---------------------------------------------------------
 
 LdpLabelMappingMsgParser::LdpLabelMappingMsgParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset)
     : LdpFecMsgParser(pkt, offset) {
-   handleInitialized();
-}
-
-void LdpLabelMappingMsgParser::handleInitialized() {
-   if (!fecMessageStepStart()) {
-      return;
-   }
-   ZON_ASSERT_TEXT(msgHdr()->type() == LdpMsgType::LdpLabelMapping, "msgHdr_->type() == LdpLabelMapping_");
-   if (tlvNum() < 2) {
-      fault(missingMessageParams, "Message does not have at least 2 TLV");
-      return;
-   }
-   for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      switch (tlvAt(i)->type()) {
-       case LdpTlvType::fecTlv:
-         if (!firstFecTlvStep(i, FecValidity::checked, "LDP Mapping Msg can not have Wildcard FEC TLV")) {
-            return;
-         }
-         break;
-       case LdpTlvType::genLabelTlv:
-         if (i != 1) {
-            fault(missingMessageParams, "LdpGenLabelTlv is not the 2nd TLV in the message");
-            return;
-         }
-         if (!fixedTlvStep(i, msgGenLabelTlv_, "Invalid size for LdpGenLabelTlv",
-                           "LdpGenLabelTlv validation failure")) {
-            return;
-         }
-         break;
-       case LdpTlvType::labelReqMsgIdTlv:
-         if (!fixedTlvStep(i, msgReqMsgIdTlv_, "Invalid size for LdpLabelReqMsgIdTlv",
-                           "LdpLabelReqMsgIdTlv validation failure")) {
-            return;
-         }
-         break;
-       case LdpTlvType::hopCountTlv:
-         if (!fixedTlvStep(i, msgHopCountTlv_, "Invalid size for LdpHopCountTlv",
-                           "LdpHopCountTlv validation failure")) {
-            return;
-         }
-         break;
-       case LdpTlvType::pathVectorTlv: {
-         auto * t = pathVectorStep(i);
-         if (!t) {
-            return;
-         }
-         msgPathVectorTlv_ = t;
-         break;
-       }
-       case LdpTlvType::pwStatusTlv:
-         if (!fixedTlvStep(i, msgPwStatusTlv_, "Invalid size for LdpPwStatusTlv",
-                           "LdpPwStatusTlv validation failure")) {
-            return;
-         }
-         break;
-       default:
-         break;
-      }
-   }
-   if (!msgFecTlv()) {
-      fault(missingMessageParams, "Missing LdpFecTlv");
-   } else if (!msgGenLabelTlv_) {
-      fault(missingMessageParams, "Missing LdpGenLabelTlv");
-   }
+   labelMessageStep(mappingShape);
 }
 
 Zon::String8 LdpLabelMappingMsgParser::stringValue() const {
@@ -143,11 +111,11 @@ Zon::String8 LdpLabelMappingMsgParser::stringValue() const {
    }
    std::string s = fecMessageText("LDP Label Mapping Msg:\n");
    ZON_ASSERT(msgGenLabelTlv());
-   appendTlv(s, msgGenLabelTlv_);
-   appendTlv(s, msgReqMsgIdTlv_);
-   appendTlv(s, msgHopCountTlv_);
-   appendTlv(s, msgPathVectorTlv_);
-   appendTlv(s, msgPwStatusTlv_);
+   appendTlv(s, msgGenLabelTlv());
+   appendTlv(s, msgReqMsgIdTlv());
+   appendTlv(s, msgHopCountTlv());
+   appendTlv(s, msgPathVectorTlv());
+   appendTlv(s, msgPwStatusTlv());
    return Zon::String8(std::move(s));
 }
 
@@ -155,48 +123,7 @@ Zon::String8 LdpLabelMappingMsgParser::stringValue() const {
 
 LdpLabelRequestMsgParser::LdpLabelRequestMsgParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset)
     : LdpFecMsgParser(pkt, offset) {
-   handleInitialized();
-}
-
-void LdpLabelRequestMsgParser::handleInitialized() {
-   if (!fecMessageStepStart()) {
-      return;
-   }
-   ZON_ASSERT_TEXT(msgHdr()->type() == LdpMsgType::LdpLabelRequest, "msgHdr_->type() == LdpLabelRequest_");
-   if (tlvNum() < 1) {
-      fault(missingMessageParams, "Message does not have at least 1 TLV");
-      return;
-   }
-   for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      switch (tlvAt(i)->type()) {
-       case LdpTlvType::fecTlv:
-         if (!firstFecTlvStep(i, FecValidity::checked, "LDP Request Msg can not have Wildcard FEC TLV")) {
-            return;
-         }
-         break;
-       case LdpTlvType::hopCountTlv:
-         if (!fixedTlvStep(i, msgHopCountTlv_, "Invalid size for LdpHopCountTlv",
-                           "LdpHopCountTlv validation failure")) {
-            return;
-         }
-         break;
-       case LdpTlvType::pathVectorTlv: {
-         auto * t = pathVectorStep(i);
-         if (!t) {
-            return;
-         }
-         msgPathVectorTlv_ = t;
-         break;
-       }
-       default:
-         break;
-      }
-   }
-   if (!msgFecTlv()) {
-      fault(missingMessageParams, "Missing LdpFecTlv");
-      return;
-   }
-   fecParserValidStep();
+   labelMessageStep(requestShape);
 }
 
 Zon::String8 LdpLabelRequestMsgParser::stringValue() const {
@@ -204,58 +131,12 @@ Zon::String8 LdpLabelRequestMsgParser::stringValue() const {
       return Zon::String8("Invalid LDP Label Request Msg: " + reason());
    }
    std::string s = fecMessageText("LDP Label Request Msg:\n");
-   appendTlv(s, msgHopCountTlv_);
-   appendTlv(s, msgPathVectorTlv_);
+   appendTlv(s, msgHopCountTlv());
+   appendTlv(s, msgPathVectorTlv());
    return Zon::String8(std::move(s));
 }
 
 // ---- Label Withdraw and Label Release --------------------------------------
-
-void LdpLabelWithdrawReleaseMsgParser::withdrawReleaseStep(LdpMsgType own, char const * typeAssertion,
-                                                           FecValidity fecValidity) {
-   if (!fecMessageStepStart()) {
-      return;
-   }
-   ZON_ASSERT_TEXT(msgHdr()->type() == own, typeAssertion);
-   if (tlvNum() < 1) {
-      fault(missingMessageParams, "Message does not have at least 1 TLV");
-      return;
-   }
-   for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      switch (tlvAt(i)->type()) {
-       case LdpTlvType::fecTlv:
-         // Both accept the Wildcard element.
-         if (!firstFecTlvStep(i, fecValidity, nullptr)) {
-            return;
-         }
-         break;
-       case LdpTlvType::genLabelTlv:
-         if (i != 1) {
-            fault(missingMessageParams, "Label Tlv is not the 2nd TLV in the message");
-            return;
-         }
-         if (!fixedTlvStep(i, msgGenLabelTlv_, "Invalid size for LdpGenLabelTlv",
-                           "LdpGenLabelTlv validation failure")) {
-            return;
-         }
-         break;
-       case LdpTlvType::statusTlv: {
-         LdpStatusTlv * t = nullptr;
-         bool const ok = fixedTlvStep(i, t, "Invalid size for LdpStatusTlv", "LdpStatusTlv validation failure");
-         msgStatusTlvIs(t);
-         if (!ok) {
-            return;
-         }
-         break;
-       }
-       default:
-         break;
-      }
-   }
-   if (!msgFecTlv()) {
-      fault(missingMessageParams, "Missing LdpFecTlv");
-   }
-}
 
 Zon::String8 LdpLabelWithdrawReleaseMsgParser::withdrawReleaseText(char const * title,
                                                                     char const * invalidPrefix) const {
@@ -263,14 +144,14 @@ Zon::String8 LdpLabelWithdrawReleaseMsgParser::withdrawReleaseText(char const * 
       return Zon::String8(invalidPrefix + reason());
    }
    std::string s = fecMessageText(title);
-   appendTlv(s, msgGenLabelTlv_);
+   appendTlv(s, msgGenLabelTlv());
    appendTlv(s, msgStatusTlv());
    return Zon::String8(std::move(s));
 }
 
 LdpLabelWithdrawMsgParser::LdpLabelWithdrawMsgParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset)
     : LdpLabelWithdrawReleaseMsgParser(pkt, offset) {
-   withdrawReleaseStep(LdpMsgType::LdpLabelWithdraw, "msgHdr_->type() == LdpLabelWithdraw_", FecValidity::checked);
+   labelMessageStep(withdrawShape);
 }
 
 Zon::String8 LdpLabelWithdrawMsgParser::stringValue() const {
@@ -279,7 +160,7 @@ Zon::String8 LdpLabelWithdrawMsgParser::stringValue() const {
 
 LdpLabelReleaseMsgParser::LdpLabelReleaseMsgParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset)
     : LdpLabelWithdrawReleaseMsgParser(pkt, offset) {
-   withdrawReleaseStep(LdpMsgType::LdpLabelRelease, "msgHdr_->type() == LdpLabelRelease_", FecValidity::unchecked);
+   labelMessageStep(releaseShape);
 }
 
 Zon::String8 LdpLabelReleaseMsgParser::stringValue() const {
@@ -290,44 +171,7 @@ Zon::String8 LdpLabelReleaseMsgParser::stringValue() const {
 
 LdpLabelAbortReqMsgParser::LdpLabelAbortReqMsgParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset)
     : LdpFecMsgParser(pkt, offset) {
-   handleInitialized();
-}
-
-void LdpLabelAbortReqMsgParser::handleInitialized() {
-   if (!fecMessageStepStart()) {
-      return;
-   }
-   ZON_ASSERT_TEXT(msgHdr()->type() == LdpMsgType::LdpLabelAbortReq, "msgHdr_->type() == LdpLabelAbortReq_");
-   if (tlvNum() < 2) {
-      fault(missingMessageParams, "Message does not have at least 2 TLV");
-      return;
-   }
-   for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      switch (tlvAt(i)->type()) {
-       case LdpTlvType::fecTlv:
-         if (!firstFecTlvStep(i, FecValidity::checked, "LDP Abort Msg can not have Wildcard FEC TLV")) {
-            return;
-         }
-         break;
-       case LdpTlvType::labelReqMsgIdTlv:
-         if (i != 1) {
-            fault(missingMessageParams, "LdpLabelReqMsgIdTlv is not the 2nd TLV in the message");
-            return;
-         }
-         if (!fixedTlvStep(i, msgReqMsgIdTlv_, "Invalid size for LdpLabelReqMsgIdTlv",
-                           "LdpLabelReqMsgIdTlv validation failure")) {
-            return;
-         }
-         break;
-       default:
-         break;
-      }
-   }
-   if (!msgFecTlv()) {
-      fault(missingMessageParams, "Missing LdpFecTlv");
-   } else if (!msgReqMsgIdTlv_) {
-      fault(missingMessageParams, "Missing LdpLabelReqMsgIdTlv");
-   }
+   labelMessageStep(abortShape);
 }
 
 Zon::String8 LdpLabelAbortReqMsgParser::stringValue() const {
@@ -335,7 +179,7 @@ Zon::String8 LdpLabelAbortReqMsgParser::stringValue() const {
       return Zon::String8("Invalid LDP Label Abort Request Msg: " + reason());
    }
    std::string s = fecMessageText("LDP Label Abort Request Msg:\n");
-   appendTlv(s, msgReqMsgIdTlv_);
+   appendTlv(s, msgReqMsgIdTlv());
    return Zon::String8(std::move(s));
 }
 
@@ -343,27 +187,27 @@ Zon::String8 LdpLabelAbortReqMsgParser::stringValue() const {
 
 Zon::Ptr<LdpLabelMappingMsgParser> ldpLabelMappingMsgParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
                                                                    std::uint32_t offset) {
-   return Zon::validPtr(Zon::makePtr<LdpLabelMappingMsgParser>(pkt, offset));
+   return make<LdpLabelMappingMsgParser>(pkt, offset);
 }
 
 Zon::Ptr<LdpLabelRequestMsgParser> ldpLabelRequestMsgParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
                                                                    std::uint32_t offset) {
-   return Zon::validPtr(Zon::makePtr<LdpLabelRequestMsgParser>(pkt, offset));
+   return make<LdpLabelRequestMsgParser>(pkt, offset);
 }
 
 Zon::Ptr<LdpLabelWithdrawMsgParser> ldpLabelWithdrawMsgParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
                                                                      std::uint32_t offset) {
-   return Zon::validPtr(Zon::makePtr<LdpLabelWithdrawMsgParser>(pkt, offset));
+   return make<LdpLabelWithdrawMsgParser>(pkt, offset);
 }
 
 Zon::Ptr<LdpLabelReleaseMsgParser> ldpLabelReleaseMsgParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
                                                                    std::uint32_t offset) {
-   return Zon::validPtr(Zon::makePtr<LdpLabelReleaseMsgParser>(pkt, offset));
+   return make<LdpLabelReleaseMsgParser>(pkt, offset);
 }
 
 Zon::Ptr<LdpLabelAbortReqMsgParser> ldpLabelAbortReqMsgParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
                                                                      std::uint32_t offset) {
-   return Zon::validPtr(Zon::makePtr<LdpLabelAbortReqMsgParser>(pkt, offset));
+   return make<LdpLabelAbortReqMsgParser>(pkt, offset);
 }
 
 } // namespace Ldp

@@ -97,6 +97,24 @@ void LdpMsgParser::headerStep() {
    headerStepValid_ = true;
 }
 
+LdpTlvHdr * LdpMsgParser::sizedTlv(std::uint32_t i, LdpTlvSize size, char const * sizeReason) {
+   std::uint32_t const offset = tlvOffsetAt(i);
+   if (LdpTlvHdr * t = reader_.view<LdpTlvHdr>(offset)) [[likely]] {
+      std::uint16_t const length = t->length();
+      bool const rightSize =
+          size.rule == LdpTlvSize::Rule::exactly
+              ? length == size.length
+              // 16-bit like the group parser's item size: a length that wraps it is empty
+              : static_cast<std::uint16_t>(length + LdpTlvHdr::tlvHdrSizeExclude) > LdpTlvHdr::wireBytes;
+      std::uint32_t const bytes = std::uint32_t(length) + LdpTlvHdr::tlvHdrSizeExclude;
+      if (rightSize && bytes >= size.viewBytes && reader_.contains(offset, bytes)) [[likely]] {
+         return t;
+      }
+   }
+   fault(LdpStatusCode::malformedTlv, sizeReason);
+   return nullptr;
+}
+
 bool LdpMsgParser::messageStepStart() {
    if (!validMsg()) {
       return false;

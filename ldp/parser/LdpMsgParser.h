@@ -21,6 +21,28 @@
 
 namespace Ldp {
 
+// The size rule of a TLV whose size a message checks itself: its length field
+// must be `length` exactly, or (notEmpty) the TLV must hold more than its header,
+// its item size counted in 16 bits like the group parser's. A TLV that passes is
+// seen as a view of `viewBytes`, the size of its value type.
+struct LdpTlvSize {
+   enum class Rule : std::uint8_t { exactly, notEmpty };
+   Rule rule = Rule::exactly;
+   std::uint16_t length = 0;
+   std::uint32_t viewBytes = 0;
+
+   // T's required length.
+   template <typename T>
+   static constexpr LdpTlvSize exactlyOf() noexcept {
+      return {Rule::exactly, T::requiredLength, std::uint32_t(sizeof(T))};
+   }
+   // Any length that leaves the TLV non-empty.
+   template <typename T>
+   static constexpr LdpTlvSize notEmptyOf() noexcept {
+      return {Rule::notEmpty, 0, std::uint32_t(sizeof(T))};
+   }
+};
+
 class LdpMsgParser : public Zon::PtrInterface, public Zon::PoolAllocated {
  public:
    using Ptr = Zon::Ptr<LdpMsgParser>;
@@ -88,59 +110,53 @@ class LdpMsgParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    // header of a recorded TLV (the group parser saw those bytes). Its length field
    // is the peer's word: a length of 0xFFFD..0xFFFF wraps the 16-bit item size to
    // 1..3 bytes, so the TLV's value may claim far more bytes than were received.
-   // tlvAs<T> therefore hands out a view only when the TLV's unwrapped extent
-   // (length + 4) covers T and lies wholly inside the received bytes; size checks
+   // tlvView (tlvAs<T>) therefore hands out a view only when the TLV's unwrapped extent
+   // (length + 4) covers `viewBytes` (T) and lies wholly inside the received bytes; size checks
    // that fail must treat a null view like any other size fault.
    std::uint32_t tlvNum() const noexcept { return tlvGroupParser_->tlvNum(); }
    std::uint32_t tlvOffsetAt(std::uint32_t index) const noexcept { return tlvGroupParser_->tlvOffset(index); }
    LdpTlvHdr * tlvAt(std::uint32_t index) const noexcept {
       return index < tlvNum() ? reader_.view<LdpTlvHdr>(tlvOffsetAt(index)) : nullptr;
    }
-   template <typename T>
-   T * tlvAs(std::uint32_t index) const noexcept {
-      if (index >= tlvNum()) {
-         return nullptr;
-      }
-      std::uint32_t const offset = tlvOffsetAt(index);
-      LdpTlvHdr const * h = reader_.view<LdpTlvHdr>(offset);
+   LdpTlvHdr * tlvView(std::uint32_t index, std::uint32_t viewBytes) const noexcept {
+      LdpTlvHdr const * h = tlvAt(index);
       if (!h) {
          return nullptr;
       }
-      return reader_.view<T>(offset, std::uint32_t(h->length()) + LdpTlvHdr::tlvHdrSizeExclude);
+      std::uint32_t const bytes = std::uint32_t(h->length()) + LdpTlvHdr::tlvHdrSizeExclude;
+      return bytes >= viewBytes ? reader_.view<LdpTlvHdr>(tlvOffsetAt(index), bytes) : nullptr;
+   }
+   template <typename T>
+   T * tlvAs(std::uint32_t index) const noexcept {
+      return static_cast<T *>(tlvView(index, sizeof(T)));
    }
 
-   // TLV `i` seen as T when its length field is T's required length (and its
-   // bytes were received); otherwise a malformedTlv fault with `sizeReason`.
+   // The one size check: TLV `i` when it passes `size` (and its bytes were
+   // received); otherwise null and a malformedTlv fault with `sizeReason`.
+   LdpTlvHdr * sizedTlv(std::uint32_t i, LdpTlvSize size, char const * sizeReason);
    template <typename T>
    T * sizedTlv(std::uint32_t i, char const * sizeReason) {
-      T * t = tlvAs<T>(i);
-      if (t && t->length() != T::requiredLength) {
-         t = nullptr;
-      }
-      if (!t) {
-         fault(LdpStatusCode::malformedTlv, sizeReason);
-      }
-      return t;
+      return static_cast<T *>(sizedTlv(i, LdpTlvSize::exactlyOf<T>(), sizeReason));
    }
-   // T's validate() of a TLV that passed its size check; a fault with
-   // `reason` and validate()'s code when it fails.
+   // A fixed-size TLV `i`: its size check; then, when `conflict` is set, a
+   // malformedTlv fault with `conflictReason`; then `slot` points to it; then its
+   // validate(), whose code fails it with `validationReason`. False after a fault
+   // (`slot` stays as it was after a size or conflict fault).
    template <typename T>
-   bool validated(T const * t, char const * reason) {
-      if (LdpStatusCode const code = t->validate(); code != LdpStatusCode::success) {
-         return fault(code, reason);
-      }
-      return true;
-   }
-   // A fixed-size TLV `i`: its size check, then `slot` points to it, then its
-   // validate(). False after a fault (`slot` stays null after a size fault).
-   template <typename T>
-   bool fixedTlvStep(std::uint32_t i, T *& slot, char const * sizeReason, char const * validationReason) {
+   bool fixedTlvStep(std::uint32_t i, T *& slot, char const * sizeReason, char const * validationReason,
+                     bool conflict = false, char const * conflictReason = nullptr) {
       T * t = sizedTlv<T>(i, sizeReason);
       if (!t) {
          return false;
       }
+      if (conflict) {
+         return fault(LdpStatusCode::malformedTlv, conflictReason);
+      }
       slot = t;
-      return validated(t, validationReason);
+      if (LdpStatusCode const code = t->validate(); code != LdpStatusCode::success) {
+         return fault(code, validationReason);
+      }
+      return true;
    }
 
    // "   Msg Id: %d," of a valid message's text form.

@@ -37,7 +37,8 @@ class LdpParseFault {
       return false;
    }
 
-   // Plain setters for the owners' documented attributes.
+   // Plain setters of the status code and the reason, for the owners that set
+   // them directly.
    void statusCodeIs(LdpStatusCode code) noexcept { statusCode_ = code; }
    void reasonIs(Zon::String8 reason) { reason_ = std::move(reason); }
 

@@ -37,9 +37,8 @@ void LdpHelloMsgParser::handleInitialized() {
       return;
    }
    for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      LdpTlvHdr const * h = tlvAt(i);
-      switch (h->type()) {
-       case LdpTlvType::commonHelloTlv: {
+      switch (tlvAt(i)->type()) {
+       case LdpTlvType::commonHelloTlv:
          if (i != 0) {
             fault(missingMessageParams, "LdpCommonHelloTlv is not the 1st TLV in the message");
             return;
@@ -49,46 +48,27 @@ void LdpHelloMsgParser::handleInitialized() {
             return;
          }
          break;
-       }
-       case LdpTlvType::ipv4TransportAddrTlv: {
-         auto * t = sizedTlv<LdpIpTransportAddrTlv>(i, "Invalid size for LdpIpTransportAddrTlv");
-         if (!t) {
-            return;
-         }
-         if (msgIp6TransportTlv_) {
-            fault(malformedTlv, "LdpIpv6TransportAddrTlv already existed");
-            return;
-         }
-         msgIpTransportTlv_ = t;
-         if (auto const code = t->validate(); code != LdpStatusCode::success) {
-            fault(code, "LdpIpTransportAddrTlv validation failure");
+       case LdpTlvType::ipv4TransportAddrTlv:
+         // One transport address, of either family.
+         if (!fixedTlvStep(i, msgIpTransportTlv_, "Invalid size for LdpIpTransportAddrTlv",
+                           "LdpIpTransportAddrTlv validation failure", msgIp6TransportTlv_ != nullptr,
+                           "LdpIpv6TransportAddrTlv already existed")) {
             return;
          }
          break;
-       }
-       case LdpTlvType::configSeqNumTlv: {
+       case LdpTlvType::configSeqNumTlv:
          if (!fixedTlvStep(i, msgConfigSeqTlv_, "Invalid size for LdpConfigSeqNumTlv",
                            "LdpConfigSeqNumTlv validation failure")) {
             return;
          }
          break;
-       }
-       case LdpTlvType::ipv6TransportAddrTlv: {
-         auto * t = sizedTlv<LdpIp6TransportAddrTlv>(i, "Invalid size for LdpIp6TransportAddrTlv");
-         if (!t) {
-            return;
-         }
-         if (msgIpTransportTlv_) {
-            fault(malformedTlv, "LdpIpv4TransportAddrTlv already existed");
-            return;
-         }
-         msgIp6TransportTlv_ = t;
-         if (auto const code = t->validate(); code != LdpStatusCode::success) {
-            fault(code, "LdpIp6TransportAddrTlv validation failure");
+       case LdpTlvType::ipv6TransportAddrTlv:
+         if (!fixedTlvStep(i, msgIp6TransportTlv_, "Invalid size for LdpIp6TransportAddrTlv",
+                           "LdpIp6TransportAddrTlv validation failure", msgIpTransportTlv_ != nullptr,
+                           "LdpIpv4TransportAddrTlv already existed")) {
             return;
          }
          break;
-       }
        default:
          break;
       }

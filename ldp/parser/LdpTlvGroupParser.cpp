@@ -11,23 +11,19 @@ namespace {
 constexpr std::uint32_t itemHdrBytes = 4; // type word and length, shared by messages and TLVs
 }
 
-std::span<LdpTlvGroupParser::Entry const> LdpTlvGroupParser::tlvOffsets() const noexcept {
-   return {entries(), count_};
-}
-
 std::uint32_t LdpTlvGroupParser::sparseTlvOffset(std::uint32_t index) const noexcept {
    Entry const * e = entries();
    Entry const * it = std::lower_bound(e, e + count_, index,
-                                       [](Entry const & a, std::uint32_t i) { return a.first < i; });
-   return it != e + count_ && it->first == index ? it->second : 0;
+                                       [](Entry const & a, std::uint32_t i) { return a.index < i; });
+   return it != e + count_ && it->index == index ? it->offset : 0;
 }
 
 void LdpTlvGroupParser::insertTlvOffset(std::uint32_t index, std::uint32_t offset) {
    Entry * e = entries();
    Entry * it = std::lower_bound(e, e + count_, index,
-                                 [](Entry const & a, std::uint32_t i) { return a.first < i; });
-   if (it != e + count_ && it->first == index) {
-      it->second = offset;
+                                 [](Entry const & a, std::uint32_t i) { return a.index < i; });
+   if (it != e + count_ && it->index == index) {
+      it->offset = offset;
       return;
    }
    auto const pos = static_cast<std::size_t>(it - e);
@@ -48,8 +44,8 @@ void LdpTlvGroupParser::insertTlvOffset(std::uint32_t index, std::uint32_t offse
 void LdpTlvGroupParser::tlvOffsetDel(std::uint32_t index) noexcept {
    Entry * e = entries();
    Entry * it = std::lower_bound(e, e + count_, index,
-                                 [](Entry const & a, std::uint32_t i) { return a.first < i; });
-   if (it == e + count_ || it->first != index) {
+                                 [](Entry const & a, std::uint32_t i) { return a.index < i; });
+   if (it == e + count_ || it->index != index) {
       return;
    }
    if (heap_.empty()) {

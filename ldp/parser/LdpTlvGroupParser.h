@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <utility>
 #include <vector>
 
@@ -23,8 +22,8 @@ class LdpTlvGroupParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    // An item index and its offset. Left uninitialised until stored: only the
    // first tlvNum() entries are ever read.
    struct Entry {
-      std::uint32_t first;   // item index
-      std::uint32_t second;  // offset
+      std::uint32_t index;
+      std::uint32_t offset;
    };
 
    explicit LdpTlvGroupParser(Zon::String8 name) : name_(std::move(name)) {}
@@ -48,14 +47,14 @@ class LdpTlvGroupParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    // Offset of item `index`; 0 when there is no such entry.
    std::uint32_t tlvOffset(std::uint32_t index) const noexcept {
       Entry const * e = entries();
-      if (index < count_ && e[index].first == index) { // the usual dense case
-         return e[index].second;
+      if (index < count_ && e[index].index == index) { // the usual dense case
+         return e[index].offset;
       }
       return sparseTlvOffset(index);
    }
    void tlvOffsetIs(std::uint32_t index, std::uint32_t offset) {
       // The split appends in index order: no search, no move.
-      if (count_ == 0 || entries()[count_ - 1].first < index) {
+      if (count_ == 0 || entries()[count_ - 1].index < index) {
          if (!heap_.empty()) {
             heap_.push_back(Entry{index, offset});
             ++count_;
@@ -70,9 +69,6 @@ class LdpTlvGroupParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    }
    void tlvOffsetDel(std::uint32_t index) noexcept;
    void tlvOffsetDelAll() noexcept;
-   // Entries in index order.
-   std::span<Entry const> tlvOffsets() const noexcept;
-
    // Splits the group; always returns true, the outcome is in statusCode/reason.
    bool parseTlvGroup();
 

@@ -1,5 +1,7 @@
 #include "ldp/parser/LdpTlvParser.h"
 
+#include "ldp/parser/LdpPwStatusTlvParser.h"
+
 #include "zon/Assert.h"
 
 namespace Ldp {
@@ -64,6 +66,7 @@ template class LdpTypedTlvParser<LdpConfigSeqNumTlv>;
 template class LdpTypedTlvParser<LdpIp6TransportAddrTlv>;
 template class LdpTypedTlvParser<LdpHopCountTlv>;
 template class LdpTypedTlvParser<LdpPathVectorTlv>;
+template class LdpTypedTlvParser<LdpPwStatusTlv>;
 
 void LdpStatusTlvParser::statusErrorIs(unsigned bit) noexcept {
    if (LdpStatusTlv * t = header2()) {
@@ -129,6 +132,9 @@ Zon::Ptr<LdpHopCountTlvParser> ldpHopCountTlvParserFactory(Zon::Ptr<Vorin::Pkt> 
 Zon::Ptr<LdpPathVectorTlvParser> ldpPathVectorTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
                                                                std::uint32_t offset) {
    return make<LdpPathVectorTlvParser>(pkt, offset);
+}
+Zon::Ptr<LdpPwStatusTlvParser> ldpPwStatusTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
+   return make<LdpPwStatusTlvParser>(pkt, offset);
 }
 
 } // namespace Ldp

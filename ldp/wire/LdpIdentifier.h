@@ -1,5 +1,5 @@
-// The LDP identifier of RFC 5036: LSR id and label space, six bytes on the wire in
-// network order. Hashable, ordered; text form "a.b.c.d:N".
+// The LDP identifier that names an LSR's label space: LSR id and label space,
+// six bytes on the wire in network order. Hashable, ordered; text form "a.b.c.d:N".
 #pragma once
 
 #include <compare>

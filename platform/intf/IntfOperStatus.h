@@ -1,6 +1,6 @@
 // The operational status of an interface as the interface manager reports it, with
-// the numbers of the interfaces MIB (RFC 2863 ifOperStatus). `unknown` (4) is what
-// a consumer holds before it has heard anything.
+// the numbers the interface manager uses for it. `unknown` (4) is what a consumer
+// holds before it has heard anything.
 #pragma once
 
 #include <cstdint>

@@ -77,7 +77,7 @@ class VlanIdOrNone {
    std::uint16_t value_ = 0;
 };
 
-// The status bits that the PW status TLV carries (RFC 4446): 0 means forwarding.
+// The status bits that the PW status TLV carries: 0 means forwarding.
 // Bits without a name are kept. Text: eight hex digits, "0x00000003".
 class PseudowireLdpStatusFlags {
  public:

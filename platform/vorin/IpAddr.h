@@ -61,7 +61,7 @@ class Ip6Addr {
    static Ip6Addr fromString(std::string_view text);
 
    constexpr std::uint8_t const * bytes() const noexcept { return b_; }
-   // Text form of RFC 5952 (shortest, lower case, "::" for the longest zero run).
+   // The shortest text form: lower case, "::" for the longest zero run.
    Zon::String8 stringValue() const;
 
    bool operator==(Ip6Addr const & o) const noexcept { return std::memcmp(b_, o.b_, 16) == 0; }

@@ -17,8 +17,9 @@ namespace Zon {
       }                                                                                 \
    } while (0)
 
-// ZON_ASSERT_TEXT(cond, text): for conditions whose documented text differs from
-// the C++ spelling (for example a qualified enumerator).
+// ZON_ASSERT_TEXT(cond, text): prints `text` instead of the condition, for
+// conditions whose printed form differs from the C++ spelling (for example a
+// qualified enumerator).
 #define ZON_ASSERT_TEXT(cond, text)                                                     \
    do {                                                                                 \
       if (!(cond)) [[unlikely]] {                                                       \

@@ -1,5 +1,6 @@
 // Errors that the runtime raises when a caller asks for something it must refuse.
-// `what()` is the documented text, nothing added.
+// `what()` is exactly the text the exception was raised with, nothing added: the
+// text users see.
 #pragma once
 
 #include <exception>

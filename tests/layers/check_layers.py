@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """The layers of libLdp point one way. Each folder of ldp/ may include (and its
-schemas import) only itself and the folders below it; the platform stand-in
-includes nothing of ldp/. Prints every include against the arrows as
+schemas import) only itself and the folders that its USES list in
+ldp/CMakeLists.txt names; the platform stand-in includes nothing of ldp/.
+Relative includes are resolved, and one that leaves the tree is refused. Prints every include against the arrows as
 file:line and exits 1 when there is one.
 
     check_layers.py [ROOT]        the tree at ROOT (default: the repository)
@@ -11,23 +12,42 @@ import os
 import re
 import sys
 
-# What each folder of ldp/ may use besides itself. trace (libLdp's trace
-# sources) depends on nothing of ldp/, and every layer may trace.
-ALLOWED = {
-    "trace": set(),
-    "wire": {"trace"},
-    "parser": {"wire", "trace"},
-    "common": {"wire", "trace"},
-    "config": {"common", "wire", "trace"},
-    "status": {"parser", "config", "common", "wire", "trace"},
-    "index": {"status", "parser", "config", "common", "wire", "trace"},
-}
+# What each folder of ldp/ may use besides itself comes from the USES lists of
+# the ldp_layer() calls in ldp/CMakeLists.txt, the same lists that the object
+# libraries link by: `ldp_layer(parser USES wire trace)`.
+LAYER_CALL = re.compile(r"^\s*ldp_layer\(\s*([A-Za-z_]+)([^)]*)\)", re.M)
 
-INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]ldp/([A-Za-z_]+)/')
-SCHEMA = re.compile(r'^\s*(?:include|import)\s+"?ldp/([A-Za-z_]+)/')
+# An include or an import and the path it names; a path that starts with ldp/
+# names a layer directly, one with ".." is resolved against the including file's
+# folder first.
+INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]')
+SCHEMA = re.compile(r'^\s*(?:include|import)\s+"?([^"\s]+)"?')
+
+
+def allowed_layers(root):
+    """{layer: set of layers it may use}, read from ldp/CMakeLists.txt."""
+    with open(os.path.join(root, "ldp", "CMakeLists.txt"), encoding="utf-8") as f:
+        text = f.read()
+    allowed = {}
+    for name, rest in LAYER_CALL.findall(text):
+        words = rest.split()
+        allowed[name] = set(words[words.index("USES") + 1:]) if "USES" in words else set()
+    return allowed
+
+
+def named_path(rel, path):
+    """The path an include names, relative to the tree's root; None when it names
+    nothing of the tree that the layers govern, ".." when it leaves the tree."""
+    if path.startswith("ldp/"):
+        return path
+    if ".." not in path.split("/"):
+        return None
+    resolved = os.path.normpath(os.path.join(os.path.dirname(rel), path)).replace(os.sep, "/")
+    return ".." if resolved == ".." or resolved.startswith("../") else resolved
 
 
 def violations(root):
+    allowed = allowed_layers(root)
     out = []
     for top in ("ldp", "platform"):
         for folder, _, files in os.walk(os.path.join(root, top)):
@@ -47,11 +67,21 @@ def violations(root):
                         m = pattern.match(line)
                         if not m:
                             continue
-                        used = m.group(1)
+                        target = named_path(rel, m.group(1))
+                        if target is None:
+                            continue
+                        where = f"{rel}:{number}"
+                        if target == "..":
+                            out.append(f"{where}: {m.group(1)} leaves the tree")
+                            continue
+                        tparts = target.split("/")
+                        if tparts[0] != "ldp" or len(tparts) < 3:
+                            continue
+                        used = tparts[1]
                         if top == "platform":
-                            out.append(f"{rel}:{number}: the platform includes ldp/{used}")
-                        elif layer is not None and used != layer and used not in ALLOWED.get(layer, set()):
-                            out.append(f"{rel}:{number}: ldp/{layer} uses ldp/{used}, against the layers")
+                            out.append(f"{where}: the platform includes ldp/{used}")
+                        elif layer is not None and used != layer and used not in allowed.get(layer, set()):
+                            out.append(f"{where}: ldp/{layer} uses ldp/{used}, against the layers")
     return out
 
 

@@ -22,7 +22,14 @@ def tree(files):
     return root
 
 
+ROOT = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
+
+# The build's own layer table.
+with open(os.path.join(ROOT, "ldp", "CMakeLists.txt"), encoding="utf-8") as f:
+    LAYERS = f.read()
+
 GOOD = {
+    "ldp/CMakeLists.txt": LAYERS,
     "ldp/wire/A.h": '#include "ldp/trace/T.h"\n#include "zon/Ptr.h"\n',
     "ldp/parser/P.cpp": '#include "ldp/wire/A.h"\n',
     "ldp/common/C.zon": "namespace Ldp\ninclude ldp/wire/A.h\n",
@@ -30,6 +37,7 @@ GOOD = {
     "ldp/status/S.zon": "namespace Ldp\ninclude ldp/parser/P.h\nimport ldp/config/K.zon\n",
     "ldp/index/I.h": '#include "ldp/status/S.h"\n',
     "platform/zon/Z.h": '#include <string>\n',
+    "ldp/parser/R.cpp": '#include "../wire/A.h"\n#include "R.h"\n',
 }
 
 
@@ -46,6 +54,10 @@ class LayerCheck(unittest.TestCase):
             ("ldp/status/T.h", '#include "ldp/index/I.h"\n', "ldp/status/T.h:1: ldp/status uses ldp/index"),
             ("ldp/common/D.h", '#  include <ldp/config/K.h>\n', "ldp/common/D.h:1: ldp/common uses ldp/config"),
             ("platform/vorin/V.h", '#include "ldp/wire/A.h"\n', "platform/vorin/V.h:1: the platform includes ldp/wire"),
+            ("ldp/parser/S.cpp", '#include "../config/LdpConfig.h"\n', "ldp/parser/S.cpp:1: ldp/parser uses ldp/config"),
+            ("ldp/wire/C.h", '#include "./../parser/P.h"\n', "ldp/wire/C.h:1: ldp/wire uses ldp/parser"),
+            ("platform/zon/Y.h", '#include "../../ldp/wire/A.h"\n', "platform/zon/Y.h:1: the platform includes ldp/wire"),
+            ("ldp/wire/D.h", '#include "../../../outside/X.h"\n', "ldp/wire/D.h:1: ../../../outside/X.h leaves the tree"),
         ]
         for path, text, message in cases:
             with self.subTest(path), tree({**GOOD, path: text}) as root:
@@ -53,6 +65,21 @@ class LayerCheck(unittest.TestCase):
                 self.assertEqual(len(found), 1, found)
                 self.assertTrue(found[0].startswith(message), found[0])
                 self.assertEqual(check_layers.main([root]), 1)
+
+    def test_the_layers_are_those_of_the_build(self):
+        # The same include is refused or allowed as the USES lists say.
+        include = {"ldp/wire/E.h": '#include "ldp/common/K.h"\n'}
+        with tree({**GOOD, **include}) as root:
+            self.assertEqual(len(check_layers.violations(root)), 1)
+        self.assertIn("ldp_layer(wire USES trace)", LAYERS)
+        layers = LAYERS.replace("ldp_layer(wire USES trace)", "ldp_layer(wire USES common trace)")
+        with tree({**GOOD, **include, "ldp/CMakeLists.txt": layers}) as root:
+            self.assertEqual(check_layers.violations(root), [])
+
+    def test_the_repository_build_names_every_layer(self):
+        allowed = check_layers.allowed_layers(ROOT)
+        self.assertEqual(set(allowed), {"trace", "wire", "parser", "common", "config", "status", "index"})
+        self.assertEqual(allowed["parser"], {"wire", "trace"})
 
 
 if __name__ == "__main__":

@@ -136,9 +136,9 @@ TEST(LdpCapabilityParser, CollectionOperations) {
    EXPECT_EQ(p->newCapabilities(LdpTlvType::mrtCapabilityTlv, dynamic), dynamic);
    ASSERT_EQ(p->capabilitiesNum(), 3u);
    auto const all = p->capabilities();
-   EXPECT_EQ(all[0].first, LdpTlvType::dynamicCapabilityTlv);
-   EXPECT_EQ(all[1].first, LdpTlvType::typedWildcardFecCapabilityTlv);
-   EXPECT_EQ(all[2].first, LdpTlvType::mrtCapabilityTlv);
+   EXPECT_EQ(all[0].type, LdpTlvType::dynamicCapabilityTlv);
+   EXPECT_EQ(all[1].type, LdpTlvType::typedWildcardFecCapabilityTlv);
+   EXPECT_EQ(all[2].type, LdpTlvType::mrtCapabilityTlv);
    p->capabilitiesDel(LdpTlvType::typedWildcardFecCapabilityTlv);
    p->capabilitiesDel(LdpTlvType::p2mpCapabilityTlv);
    EXPECT_EQ(p->capabilitiesNum(), 2u);
@@ -187,8 +187,8 @@ TEST(LdpCapabilityMap, MatchesAnOrderedMapUnderRandomOperations) {
       auto const entries = map.entries();
       std::size_t i = 0;
       for (auto const & [k, v] : reference) {
-         ASSERT_EQ(entries[i].first, k) << "step " << step;
-         ASSERT_EQ(entries[i].second, v) << "step " << step;
+         ASSERT_EQ(entries[i].type, k) << "step " << step;
+         ASSERT_EQ(entries[i].tlv, v) << "step " << step;
          ++i;
       }
       EXPECT_EQ(map.find(key), reference.count(key) ? reference[key] : nullptr);

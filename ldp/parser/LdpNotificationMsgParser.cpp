@@ -1,7 +1,8 @@
-#include "ldp/parser/LdpPwGenMsgParser.h"
+#include "ldp/parser/LdpNotificationMsgParser.h"
 
 #include <string>
 
+#include "ldp/parser/LdpPwStatusTlvParser.h"
 #include "zon/Assert.h"
 
 namespace Ldp {
@@ -11,37 +12,6 @@ namespace {
 constexpr auto missingMessageParams = LdpStatusCode::missingMessageParams;
 
 } // namespace
-
-// ---- PW Status TLV ---------------------------------------------------------
-
-bool LdpPwStatusTlvParser::shortTlv(LdpPwStatusTlv & standIn) const noexcept {
-   if (!received() || byteSize() >= sizeof(LdpPwStatusTlv)) {
-      return false;
-   }
-   static_cast<LdpTlvHdr &>(standIn) = *header();
-   return true;
-}
-
-LdpStatusCode LdpPwStatusTlvParser::validate() const {
-   if (LdpPwStatusTlv const * t = header2()) {
-      return t->validate();
-   }
-   if (LdpPwStatusTlv standIn; shortTlv(standIn)) {
-      return standIn.validate();
-   }
-   // A length that claims bytes that were not received.
-   return header() ? LdpStatusCode::badTlvLength : LdpStatusCode::success;
-}
-
-Zon::String8 LdpPwStatusTlvParser::stringValue() const {
-   if (LdpPwStatusTlv const * t = header2()) {
-      return t->stringValue();
-   }
-   if (LdpPwStatusTlv standIn; shortTlv(standIn)) {
-      return standIn.stringValue();
-   }
-   return Zon::String8();
-}
 
 // ---- Notification ----------------------------------------------------------
 
@@ -105,7 +75,7 @@ void LdpNotificationMsgParser::handleInitialized() {
       fault(missingMessageParams, "PW FEC TLV element is not PWID FEC element");
       return;
    }
-   msgPwStatusTlv_ = pwStatus->header2();
+   msgPwStatusTlvIs(pwStatus->header2());
    msgStatusTlvIs(status);
    statusCodeIs(LdpStatusCode::success);
 }
@@ -116,15 +86,11 @@ Zon::String8 LdpNotificationMsgParser::stringValue() const {
    }
    std::string s = msgFecTlv() ? fecMessageText("LDP Notification Msg:\n") : "LDP Notification Msg:\n" + msgIdText();
    appendTlv(s, msgStatusTlv());
-   appendTlv(s, msgPwStatusTlv_);
+   appendTlv(s, msgPwStatusTlv());
    return Zon::String8(std::move(s));
 }
 
 // ---- factories -------------------------------------------------------------
-
-Zon::Ptr<LdpPwStatusTlvParser> ldpPwStatusTlvParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) {
-   return Zon::validPtr(Zon::makePtr<LdpPwStatusTlvParser>(pkt, offset));
-}
 
 Zon::Ptr<LdpNotificationMsgParser> ldpNotificationMsgParserFactory(Zon::Ptr<Vorin::Pkt> const & pkt,
                                                                    std::uint32_t offset) {
