@@ -252,8 +252,8 @@ void writeMessageTlvs(JsonWriter & w, Ldp::LdpMsgParser const & msg) {
    }
    Ldp::LdpPktReader const reader(*msg.pkt());
    w.array("tlvs");
-   for (auto const & entry : group->tlvOffsets()) {
-      std::uint32_t const offset = entry.second;
+   for (std::uint32_t i = 0; i < group->tlvNum(); ++i) {
+      std::uint32_t const offset = group->tlvOffset(i);
       auto const * h = reader.view<Ldp::LdpTlvHdr>(offset);
       if (!h) {
          continue;
