@@ -272,7 +272,7 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
       return;
    }
 
-   if (mode_ == OutputMode::json) {
+   if (mode_ == OutputMode::json || mode_ == OutputMode::jsonTexts) {
       JsonWriter w(out_);
       w.beginObject();
       w.plainField("type", "pdu");
@@ -317,7 +317,11 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
          }
          putStatus(w, code, msg->reason());
          w.plainField("parser", msg->fwkType());
-         w.field("text", std::string_view(msg->stringValue()));
+         // The text form is the costliest part of a message's JSON and says
+         // nothing the fields do not; a fault's text helps to read the fault.
+         if (code != LdpStatusCode::success || mode_ == OutputMode::jsonTexts) {
+            w.field("text", std::string_view(msg->stringValue()));
+         }
          writeMessageTlvs(w, *msg);
          w.endObject();
       }
@@ -426,7 +430,7 @@ void Reporter::note(Origin const & origin, std::string_view kind, std::string co
    if (mode_ == OutputMode::text) {
       headerLine(origin);
       out_ << "  note: " << text << "\n\n";
-   } else if (mode_ == OutputMode::json) {
+   } else if (mode_ == OutputMode::json || mode_ == OutputMode::jsonTexts) {
       JsonWriter w(out_);
       w.beginObject();
       w.plainField("type", "note");
