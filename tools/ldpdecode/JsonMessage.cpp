@@ -1,5 +1,7 @@
 #include "JsonMessage.h"
 
+#include <charconv>
+
 #include "ldp/parser/LdpCapabilityParser.h"
 #include "ldp/parser/LdpFecTlvParser.h"
 #include "ldp/parser/LdpPktReader.h"
@@ -15,19 +17,71 @@ using Ldp::LdpTlvType;
 namespace {
 
 // The library's name of an enumerator, or null for a value without one.
-template <typename E>
-void writeName(JsonWriter & w, std::string_view key, E v, bool known) {
+template <std::size_t N, typename E>
+void writeName(JsonWriter & w, char const (&key)[N], E v, bool known) {
    w.key(key);
    if (known) {
-      w.plainValue(std::string_view(Zon::valueToStrep(v)));
+      writeEnumName(w, v);
    } else {
       w.null();
    }
 }
 
-void writeAddress(JsonWriter & w, Vorin::IpGenAddr const & a) {
-   w.plainValue(std::string_view(a.stringValue()));
+// Writes an IPv4 address in dotted-quad form at p (room for 15 bytes).
+char * putIpv4(char * p, std::uint8_t const * b) noexcept {
+   for (int i = 0; i < 4; ++i) {
+      unsigned const v = b[i];
+      if (v >= 100) {
+         *p++ = static_cast<char>('0' + v / 100);
+      }
+      if (v >= 10) {
+         *p++ = static_cast<char>('0' + v / 10 % 10);
+      }
+      *p++ = static_cast<char>('0' + v % 10);
+      *p++ = '.';
+   }
+   return p - 1;
 }
+
+constexpr std::size_t ipv4Room = 15;
+
+char * putDecimal(char * p, unsigned n) noexcept { return std::to_chars(p, p + 10, n).ptr; }
+
+} // namespace
+
+void writeAddress(JsonWriter & w, Vorin::IpAddr a) {
+   w.plainValueWith(ipv4Room, [&](char * p) { return putIpv4(p, a.bytes()); });
+}
+
+void writeAddress(JsonWriter & w, Vorin::IpGenAddr const & a) {
+   if (a.isV4()) {
+      w.plainValueWith(ipv4Room, [&](char * p) { return putIpv4(p, a.bytes()); });
+   } else {
+      w.plainValue(std::string_view(a.stringValue()));
+   }
+}
+
+void writePrefix(JsonWriter & w, Vorin::IpGenPrefix const & prefix) {
+   if (!prefix.address().isV4()) {
+      w.plainValue(std::string_view(prefix.stringValue()));
+      return;
+   }
+   w.plainValueWith(ipv4Room + 4, [&](char * p) {
+      p = putIpv4(p, prefix.address().bytes());
+      *p++ = '/';
+      return putDecimal(p, prefix.length());
+   });
+}
+
+void writeLdpId(JsonWriter & w, Ldp::LdpIdentifier const & id) {
+   w.plainValueWith(ipv4Room + 6, [&](char * p) {
+      p = putIpv4(p, id.lsrId().bytes());
+      *p++ = ':';
+      return putDecimal(p, id.labelSpace());
+   });
+}
+
+namespace {
 
 void writePwParams(JsonWriter & w, Ldp::PwFwdEqvClassParams const & p) {
    w.object("params");
@@ -44,7 +98,8 @@ void writeFecElement(JsonWriter & w, Ldp::LdpFecTlvElement const & e) {
    using Ldp::LdpFecElementType;
    w.beginObject();
    LdpFecElementType const type = e.type();
-   w.plainField("type", std::string_view(Zon::valueToStrep(type)));
+   w.key("type");
+   writeEnumName(w, type);
    w.field("typeCode", static_cast<unsigned>(type));
    switch (type) {
     case LdpFecElementType::prefixElement:
@@ -52,7 +107,8 @@ void writeFecElement(JsonWriter & w, Ldp::LdpFecTlvElement const & e) {
       Vorin::IpGenPrefix const & p = e.fwdEqvCls().prefix();
       w.field("family", static_cast<unsigned>(p.af()));
       if (type == LdpFecElementType::prefixElement) {
-         w.plainField("prefix", std::string_view(p.stringValue()));
+         w.key("prefix");
+         writePrefix(w, p);
          w.field("prefixLength", p.length());
       } else {
          w.key("hostAddr");
@@ -62,7 +118,8 @@ void writeFecElement(JsonWriter & w, Ldp::LdpFecTlvElement const & e) {
     }
     case LdpFecElementType::pwIdElement: {
       Ldp::PwFwdEqvClassInfo const & pw = e.pwFwdEqvCls();
-      w.plainField("pwType", std::string_view(Zon::valueToStrep(pw.pwType())));
+      w.key("pwType");
+      writeEnumName(w, pw.pwType());
       w.field("pwTypeCode", static_cast<unsigned>(pw.pwType()));
       w.field("controlWord", pw.controlWord());
       w.field("groupId", pw.groupId().value());
@@ -110,7 +167,8 @@ void writeSessionParams(JsonWriter & w, Ldp::LdpCommonSessionParamTlv const & t)
    w.field("loopDetect", t.loopDetect());
    w.field("pathVecLim", t.pathVecLim());
    w.field("maxPduLength", t.maxPduLength());
-   w.plainField("recvLdpIdentifier", std::string_view(t.recvLdpIdentifier().stringValue()));
+   w.key("recvLdpIdentifier");
+   writeLdpId(w, t.recvLdpIdentifier());
 }
 
 void writeAddressList(JsonWriter & w, Ldp::LdpAddressListTlv const & t) {
@@ -125,7 +183,7 @@ void writeAddressList(JsonWriter & w, Ldp::LdpAddressListTlv const & t) {
 void writePathVector(JsonWriter & w, Ldp::LdpPathVectorTlv const & t) {
    w.array("lsrIds");
    for (unsigned i = 0, n = t.lsrIdNum(); i < n; ++i) {
-      w.plainValue(std::string_view(t.lsrId(i).stringValue()));
+      writeAddress(w, t.lsrId(i));
    }
    w.endArray();
 }
@@ -159,7 +217,8 @@ class TlvFields {
          break;
        case LdpTlvType::ipv4TransportAddrTlv:
          if (auto const * t = fixed<Ldp::LdpIpTransportAddrTlv>()) {
-            w_.plainField("ipAddr", std::string_view(t->ipAddr().stringValue()));
+            w_.key("ipAddr");
+            writeAddress(w_, t->ipAddr());
          }
          break;
        case LdpTlvType::ipv6TransportAddrTlv:
@@ -242,7 +301,8 @@ class TlvFields {
 
 void writeStatusCode(JsonWriter & w, Ldp::LdpStatusCode code) {
    w.field("statusCode", static_cast<std::uint32_t>(code));
-   w.plainField("status", std::string_view(Zon::valueToStrep(code)));
+   w.key("status");
+   writeEnumName(w, code);
 }
 
 void writeMessageTlvs(JsonWriter & w, Ldp::LdpMsgParser const & msg) {

@@ -38,13 +38,20 @@ class JsonWriter {
    JsonWriter & endArray() { return close(']'); }
 
    // The key of the next value of the current object.
+   // A literal key: its length is known here, so the copy is a few moves.
    template <std::size_t N>
    JsonWriter & key(char const (&k)[N]) {
-      return key(std::string_view(k, N - 1));
+      char * p = separate(room(N + 3));
+      *p++ = '"';
+      std::memcpy(p, k, N - 1);
+      p += N - 1;
+      *p++ = '"';
+      *p++ = ':';
+      afterKey_ = true;
+      return done(p);
    }
    JsonWriter & key(std::string_view k) {
-      char * p = room(k.size() + 4);
-      p = separate(p);
+      char * p = separate(room(k.size() + 4));
       *p++ = '"';
       p = copy(p, k);
       *p++ = '"';
@@ -65,6 +72,16 @@ class JsonWriter {
       p = separate(p);
       *p++ = '"';
       p = copy(p, s);
+      *p++ = '"';
+      return done(p);
+   }
+   // A string that needs no escaping, of at most maxBytes bytes, written in
+   // place by fill(p), which returns the end of what it wrote.
+   template <typename Fill>
+   JsonWriter & plainValueWith(std::size_t maxBytes, Fill && fill) {
+      char * p = separate(room(maxBytes + 3));
+      *p++ = '"';
+      p = fill(p);
       *p++ = '"';
       return done(p);
    }

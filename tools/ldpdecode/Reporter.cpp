@@ -31,7 +31,7 @@ void putStatus(JsonWriter & w, LdpStatusCode code, std::string_view reason) {
    w.field("valid", code == LdpStatusCode::success);
    writeStatusCode(w, code);
    w.field("reason", reason);
-   w.field("action", verdictKey(verdictOf(code)));
+   w.plainField("action", verdictKey(verdictOf(code)));
 }
 
 std::string number(std::uint64_t n) {
@@ -175,17 +175,19 @@ void Reporter::putOrigin(JsonWriter & w, Origin const & o) {
          isoTimeFrame_ = o.frame->number;
          isoTimeText_ = isoTimeText(*o.frame);
       }
-      w.field("time", isoTimeText_);
+      w.plainField("time", isoTimeText_);
    } else if (o.flow) {
       w.field("endOfCapture", true);
    } else {
       w.field("input", "hex");
    }
    if (o.flow) {
-      w.field("transport", transportName(o.flow->transport));
-      w.plainField("src", std::string_view(o.flow->src.addr.stringValue()));
+      w.plainField("transport", transportName(o.flow->transport));
+      w.key("src");
+      writeAddress(w, o.flow->src.addr);
       w.field("srcPort", o.flow->src.port);
-      w.plainField("dst", std::string_view(o.flow->dst.addr.stringValue()));
+      w.key("dst");
+      writeAddress(w, o.flow->dst.addr);
       w.field("dstPort", o.flow->dst.port);
    }
    if (!o.flow || o.flow->transport == Transport::tcp) {
@@ -270,15 +272,16 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
       return;
    }
 
-   if (mode_ == OutputMode::json) {
+   if (mode_ == OutputMode::json || mode_ == OutputMode::jsonTexts) {
       JsonWriter w(out_);
       w.beginObject();
-      w.field("type", "pdu");
+      w.plainField("type", "pdu");
       putOrigin(w, origin);
       if (auto const * h = pdu->header()) {
          w.field("version", h->version());
          w.field("length", h->length());
-         w.plainField("ldpId", std::string_view(h->ldpIdentifier().stringValue()));
+         w.key("ldpId");
+         writeLdpId(w, h->ldpIdentifier());
       }
       putStatus(w, pdu->statusCode(), pdu->reason());
       w.field("text", std::string_view(valid ? pdu->header()->stringValue() : pdu->stringValue()));
@@ -294,7 +297,7 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
             totals_.messagesPerType.count(type & 0x7FFF);
             w.key("type");
             if (Ldp::isKnownMsgType(type)) {
-               w.plainValue(std::string_view(Zon::valueToStrep(h->type())));
+               writeEnumName(w, h->type());
             } else {
                w.null();
             }
@@ -313,8 +316,12 @@ void Reporter::pdu(Origin const & origin, Zon::Ptr<Vorin::Pkt> const & pkt, std:
             ++totals_.faults[static_cast<std::uint32_t>(code)];
          }
          putStatus(w, code, msg->reason());
-         w.field("parser", msg->fwkType());
-         w.field("text", std::string_view(msg->stringValue()));
+         w.plainField("parser", msg->fwkType());
+         // The text form is the costliest part of a message's JSON and says
+         // nothing the fields do not; a fault's text helps to read the fault.
+         if (code != LdpStatusCode::success || mode_ == OutputMode::jsonTexts) {
+            w.field("text", std::string_view(msg->stringValue()));
+         }
          writeMessageTlvs(w, *msg);
          w.endObject();
       }
@@ -423,10 +430,10 @@ void Reporter::note(Origin const & origin, std::string_view kind, std::string co
    if (mode_ == OutputMode::text) {
       headerLine(origin);
       out_ << "  note: " << text << "\n\n";
-   } else if (mode_ == OutputMode::json) {
+   } else if (mode_ == OutputMode::json || mode_ == OutputMode::jsonTexts) {
       JsonWriter w(out_);
       w.beginObject();
-      w.field("type", "note");
+      w.plainField("type", "note");
       putOrigin(w, origin);
       w.field("note", kind);
       w.field("text", text);

@@ -27,7 +27,9 @@ namespace LdpDecode {
 
 enum class OutputMode : std::uint8_t {
    text,         // a header line and the parsers' text forms per PDU
-   json,         // one JSON object per PDU and per note
+   json,         // one JSON object per PDU and per note; a message's text form
+                 // only when it has a fault
+   jsonTexts,    // as json, with the text form of every message
    summary,      // totals only, as text
    jsonSummary,  // totals only, as one JSON object
 };

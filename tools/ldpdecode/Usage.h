@@ -11,7 +11,7 @@ namespace LdpDecode {
 
 // What an option does; the parser of main.cpp switches over it, so an entry
 // of the table that the parser does not handle fails to compile.
-enum class OptionId : std::uint8_t { input, iface, filter, count, hex, summary, json, check, threads, man, help };
+enum class OptionId : std::uint8_t { input, iface, filter, count, hex, summary, json, jsonText, check, threads, man, help };
 
 struct OptionDoc {
    OptionId id;
@@ -36,8 +36,10 @@ inline constexpr OptionDoc usageOptions[] = {
               "e.g. \"0001 001e 0a00 0001 0000 ...\"; blanks and : , - | are ignored"},
     {OptionId::summary, "--summary", "print totals only: frames, PDUs, messages per type, faults per\n"
                   "status code, LDP identifiers and sessions"},
-    {OptionId::json, "--json", "JSON Lines: one object per PDU and per note; with --summary one\n"
-               "object of totals"},
+    {OptionId::json, "--json", "JSON Lines: one object per PDU and per note, each message with\n"
+               "its fields and TLVs, and its text form when it has a fault;\n"
+               "with --summary one object of totals"},
+    {OptionId::jsonText, "--json-text", "as --json, and every message carries its text form"},
     {OptionId::check, "--check", "exit status 1 when the agent would refuse any PDU or message"},
     {OptionId::threads, "--threads N", "parse on N worker threads besides the reading thread, which\n"
                     "parses too (default: one per further processor, at most 4; 0\n"

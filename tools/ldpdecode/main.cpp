@@ -40,6 +40,7 @@ struct Options {
    bool hex = false;
    bool summary = false;
    bool json = false;
+   bool jsonTexts = false;
    bool check = false;
    bool help = false;
    bool man = false;
@@ -81,6 +82,10 @@ Options parseOptions(int argc, char ** argv) {
          break;
        case OptionId::json:
          o.json = true;
+         break;
+       case OptionId::jsonText:
+         o.json = true;
+         o.jsonTexts = true;
          break;
        case OptionId::check:
          o.check = true;
@@ -171,7 +176,10 @@ OutputMode modeOf(Options const & o) {
    if (o.summary) {
       return o.json ? OutputMode::jsonSummary : OutputMode::summary;
    }
-   return o.json ? OutputMode::json : OutputMode::text;
+   if (!o.json) {
+      return OutputMode::text;
+   }
+   return o.jsonTexts ? OutputMode::jsonTexts : OutputMode::json;
 }
 
 } // namespace

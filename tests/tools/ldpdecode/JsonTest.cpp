@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "JsonMessage.h"
 #include "JsonWriter.h"
 #include "Reporter.h"
 #include "support/Hex.h"
@@ -68,6 +69,40 @@ TEST(JsonWriter, CommasSeparateMembersAndElementsAtEveryDepth) {
                   R"({"d":false},[]],"z":255})");
    EXPECT_EQ(w.depth(), 0u);
    EXPECT_TRUE(Json::accept(out));
+}
+
+// Addresses, prefixes and LDP identifiers are written in place, not through the
+// library's text forms; they must spell them the same, for every width of an
+// octet and both ends of the prefix length and label space.
+TEST(JsonWriter, AddressesAreSpelledAsTheLibrarySpellsThem) {
+   Output buffer(nullptr);
+   JsonWriter w(buffer);
+   std::string expected = "[";
+   auto const quoted = [](std::string_view s) { return "\"" + std::string(s) + "\","; };
+   w.beginArray();
+   for (Vorin::IpAddr const a : {Vorin::IpAddr(0, 0, 0, 0), Vorin::IpAddr(9, 10, 99, 100), Vorin::IpAddr(255, 1, 200, 7),
+                                 Vorin::IpAddr(192, 168, 0, 255)}) {
+      writeAddress(w, a);
+      writeAddress(w, Vorin::IpGenAddr(a));
+      expected += quoted(a.stringValue()) + quoted(a.stringValue());
+      for (unsigned len : {0u, 9u, 32u}) {
+         Vorin::IpGenPrefix const p(a, len);
+         writePrefix(w, p);
+         expected += quoted(p.stringValue());
+      }
+      for (std::uint16_t space : {0, 7, 65535}) {
+         Ldp::LdpIdentifier const id(a, space);
+         writeLdpId(w, id);
+         expected += quoted(id.stringValue());
+      }
+   }
+   Vorin::IpGenAddr const v6 = Vorin::IpGenAddr::fromString("2001:db8::1");
+   writeAddress(w, v6);
+   writePrefix(w, Vorin::IpGenPrefix(v6, 64));
+   expected += quoted(v6.stringValue()) + quoted(Vorin::IpGenPrefix(v6, 64).stringValue());
+   w.endArray();
+   expected.back() = ']';
+   EXPECT_EQ(buffer.take(), expected);
 }
 
 // One PDU of one message through the reporter in JSON mode: the message object.

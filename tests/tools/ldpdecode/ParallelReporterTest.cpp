@@ -63,7 +63,7 @@ TEST(ParallelReporter, WritesExactlyWhatOneReporterWrites) {
    FlowKey const flow{Transport::tcp, {Vorin::IpGenAddr::fromString("10.0.0.1"), 646},
                       {Vorin::IpGenAddr::fromString("10.0.0.2"), 1025}};
    std::string const text = "10.0.0.1:646 > 10.0.0.2:1025  TCP";
-   for (OutputMode mode : {OutputMode::text, OutputMode::json, OutputMode::summary}) {
+   for (OutputMode mode : {OutputMode::text, OutputMode::json, OutputMode::jsonTexts, OutputMode::summary}) {
       Output one(nullptr);
       Reporter reporter(mode, one);
       feed(reporter, frames, flow, text);

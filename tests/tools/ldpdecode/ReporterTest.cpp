@@ -93,7 +93,7 @@ TEST(Reporter, PduBeganInAnEarlierFrame) {
 }
 
 TEST(Reporter, TotalsCountFaultsButNotIgnoredMessages) {
-   for (OutputMode mode : {OutputMode::text, OutputMode::json, OutputMode::summary}) {
+   for (OutputMode mode : {OutputMode::text, OutputMode::json, OutputMode::jsonTexts, OutputMode::summary}) {
       Fixture f;
       Output out(nullptr);
       Reporter reporter(mode, out);
@@ -165,6 +165,27 @@ TEST(Reporter, JsonHasOneObjectPerPduWithEachMessagesVerdict) {
    EXPECT_EQ(second["status"], "badVersion");
    EXPECT_EQ(second["reason"], "LDP Version 2 not supported");
    EXPECT_EQ(second["messages"].size(), 0u);
+}
+
+// A message's text form is in its JSON when it has a fault, and with
+// --json-text (jsonTexts) always; its fields are there either way.
+TEST(Reporter, JsonCarriesTheTextOfFaultyMessagesAndOfAllWithJsonTexts) {
+   for (OutputMode mode : {OutputMode::json, OutputMode::jsonTexts}) {
+      Fixture f;
+      Output out(nullptr);
+      Reporter reporter(mode, out);
+      reporter.pdu(f.origin(), hexPkt(unknownTypesPdu), 0);
+      auto const messages = nlohmann::json::parse(out.take())["messages"];
+      ASSERT_EQ(messages.size(), 3u);
+      EXPECT_EQ(messages[0]["valid"], true);
+      EXPECT_EQ(messages[0].contains("text"), mode == OutputMode::jsonTexts);
+      EXPECT_TRUE(messages[0].contains("msgId"));
+      for (int i : {1, 2}) {
+         EXPECT_EQ(messages[i]["valid"], false);
+         ASSERT_TRUE(messages[i].contains("text")) << i;
+         EXPECT_FALSE(messages[i]["text"].get<std::string>().empty()) << i;
+      }
+   }
 }
 
 TEST(Reporter, StatusCodeAndVerdictTexts) {

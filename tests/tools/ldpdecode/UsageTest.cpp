@@ -33,11 +33,11 @@ TEST(Usage, EveryNameOfTheTableFindsItsEntry) {
       }
    }
    EXPECT_EQ(ids.size(), static_cast<std::size_t>(OptionId::help) + 1) << "an option without an entry";
-   EXPECT_EQ(names, 11u);  // -i -f -c --hex --summary --json --check --threads --man -h --help
+   EXPECT_EQ(names, 12u);  // -i -f -c --hex --summary --json --json-text --check --threads --man -h --help
 }
 
 TEST(Usage, ArgumentsThatNameNoOptionFindNone) {
-   for (char const * arg : {"FILE", "-", "", "--", "-x", "--jso", "--json=1", "IFACE", "-i IFACE", "--help,"}) {
+   for (char const * arg : {"FILE", "-", "", "--", "-x", "--jso", "--json=1", "--json-tex", "IFACE", "-i IFACE", "--help,"}) {
       EXPECT_EQ(findOption(arg), nullptr) << arg;
    }
 }

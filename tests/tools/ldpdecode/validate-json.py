@@ -5,7 +5,7 @@
 
 Each PATH is a capture (or, with --hex, a hex file) or a folder whose captures
 (*.pcap, *.pcapng; *.hex with --hex) are all taken. Every input is decoded
-twice, with --json and with --json --summary, and each line is checked on its
+three times, with --json, --json-text and --json --summary, and each line is checked on its
 own with the draft 2020-12 validator of python3-jsonschema. A failing line is
 printed with the validator's messages. The validator must be importable: its
 absence is a failure, not a skip. Exit status 77 (skipped) only when a --needs
@@ -60,8 +60,8 @@ def main():
     failures = 0
     total = 0
     for path in inputs(a.paths, a.hex):
-        for extra in ([], ["--summary"]):
-            args = [a.exe, "--json"] + extra + (["--hex"] if a.hex else []) + [path]
+        for mode in (["--json"], ["--json-text"], ["--json", "--summary"]):
+            args = [a.exe] + mode + (["--hex"] if a.hex else []) + [path]
             run = subprocess.run(args, capture_output=True, timeout=120)
             # 0 and 1 (faults found) decode the input; 2 refuses it, after the
             # lines printed so far. Anything else is a crash.
@@ -76,19 +76,19 @@ def main():
                 try:
                     value = json.loads(line)
                 except json.JSONDecodeError as e:
-                    print(f"FAILED: {path} {' '.join(extra)} line {number} is not JSON ({e}):\n  {line}")
+                    print(f"FAILED: {path} {' '.join(mode)} line {number} is not JSON ({e}):\n  {line}")
                     failures += 1
                     continue
                 errors = sorted(validator.iter_errors(value), key=lambda e: list(e.absolute_path))
                 if errors:
                     failures += 1
-                    print(f"FAILED: {path} {' '.join(extra)} line {number}:\n  {line}")
+                    print(f"FAILED: {path} {' '.join(mode)} line {number}:\n  {line}")
                     for e in errors:
                         where = "/".join(str(x) for x in e.absolute_path) or "(the line)"
                         print(f"  at {where}: {e.message}")
                 kinds[value.get("type")] = kinds.get(value.get("type"), 0) + 1
             shown = ", ".join(f"{n} {k}" for k, n in sorted(kinds.items(), key=lambda kv: str(kv[0])))
-            print(f"{os.path.basename(path)} {' '.join(['--json'] + extra)}: {shown}")
+            print(f"{os.path.basename(path)} {' '.join(mode)}: {shown}")
     print(f"{total} lines, {failures} failures")
     if total == 0:
         print("FAILED: no line to validate")
