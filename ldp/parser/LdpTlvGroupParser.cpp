@@ -11,6 +11,10 @@ namespace {
 constexpr std::uint32_t itemHdrBytes = 4; // type word and length, shared by messages and TLVs
 }
 
+std::span<LdpTlvGroupParser::Entry const> LdpTlvGroupParser::tlvOffsets() const noexcept {
+   return {entries(), count_};
+}
+
 std::uint32_t LdpTlvGroupParser::sparseTlvOffset(std::uint32_t index) const noexcept {
    Entry const * e = entries();
    Entry const * it = std::lower_bound(e, e + count_, index,

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -69,6 +70,9 @@ class LdpTlvGroupParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    }
    void tlvOffsetDel(std::uint32_t index) noexcept;
    void tlvOffsetDelAll() noexcept;
+   // Entries in index order.
+   std::span<Entry const> tlvOffsets() const noexcept;
+
    // Splits the group; always returns true, the outcome is in statusCode/reason.
    bool parseTlvGroup();
 

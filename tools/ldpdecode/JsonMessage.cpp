@@ -253,7 +253,7 @@ void writeMessageTlvs(JsonWriter & w, Ldp::LdpMsgParser const & msg) {
    Ldp::LdpPktReader const reader(*msg.pkt());
    w.array("tlvs");
    for (auto const & entry : group->tlvOffsets()) {
-      std::uint32_t const offset = entry.second;
+      std::uint32_t const offset = entry.offset;
       auto const * h = reader.view<Ldp::LdpTlvHdr>(offset);
       if (!h) {
          continue;
