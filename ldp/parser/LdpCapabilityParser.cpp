@@ -96,17 +96,17 @@ void LdpCapabilityParser::parseCapabilityTlvs() {
       return;
    }
    for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      LdpTlvHdr const * h = tlvAt(i);
-      auto const code = static_cast<std::uint16_t>(h->type());
+      LdpTlvHdr const h = tlvHdrAt(i);
+      auto const code = static_cast<std::uint16_t>(h.type());
       if (code < firstCapabilityType || code > lastCapabilityType) {
          continue;
       }
-      LdpTlvType const type = h->type();
+      LdpTlvType const type = h.type();
       // A view exists only when the TLV's whole extent was received and holds the
       // state octet; a length near 0xFFFF that the group parser's 16-bit sizes
       // wrapped is refused with the other wrong lengths.
       auto * tlv = tlvAs<LdpCapabilityParameterTlv>(i);
-      bool const rightSize = stateOctetOnly(type) ? h->length() == 1 : h->length() >= 1;
+      bool const rightSize = stateOctetOnly(type) ? h.length() == 1 : h.length() >= 1;
       if (!tlv || !rightSize) {
          fault(LdpStatusCode::malformedTlv, Zon::String8(Ldp::stringValue(type) + " TLV is not the right size"));
          return;

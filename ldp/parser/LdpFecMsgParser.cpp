@@ -20,7 +20,7 @@ void LdpFecMsgParser::labelMessageStep(LdpLabelMsgShape const & shape) {
       return;
    }
    for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      LdpLabelTlvRule const * rule = shape.rule(tlvAt(i)->type());
+      LdpLabelTlvRule const * rule = shape.rule(tlvHdrAt(i).type());
       if (!rule) {
          continue;
       }
@@ -59,7 +59,9 @@ void LdpFecMsgParser::labelMessageStep(LdpLabelMsgShape const & shape) {
 }
 
 bool LdpFecMsgParser::fecTlvStep(std::uint32_t i, FecValidity validity, char const * wildcardReason) {
-   msgFecTlvIs(tlvAt(i));
+   // The view exists when the whole TLV lies in the message; else its parser
+   // refuses it.
+   msgFecTlvIs(tlvView(i, LdpTlvHdr::wireBytes));
    LdpFecTlvParser const & fec = *ldpFecTlvParserIs(pkt(), tlvOffsetAt(i), nullptr);
    if (validity == FecValidity::checked && !fec.valid()) {
       return faultFrom(fec);

@@ -54,16 +54,16 @@ std::string elementText(LdpFecTlvElement const & e) {
 } // namespace
 
 LdpFecTlvParser::LdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
-                                 Zon::Ptr<LdpProtoParam const> const & protoParam)
+                                 Zon::Ptr<LdpProtoParam const> const & protoParam, LdpPktReader const * bound)
     : pkt_(pkt), offset_(offset), protoParam_(protoParam),
       strict_(!protoParam || protoParam->fecTlvStrictPrefixWildcardOnlyElement()) {
-   handleInitialized();
+   handleInitialized(bound);
 }
 
-void LdpFecTlvParser::handleInitialized() {
+void LdpFecTlvParser::handleInitialized(LdpPktReader const * bound) {
    TRACE(ldpGenMsgParserTrace, traceFunction, "LdpFecTlvParser::handleInitialized");
    initialized_ = true;
-   parseElements();
+   parseElements(bound);
 }
 
 bool LdpFecTlvParser::fault(LdpStatusCode code, Zon::String8 reason) {
@@ -146,21 +146,27 @@ void LdpFecTlvParser::appendElement(ElementPtr element) {
 
 // ---- parsing ---------------------------------------------------------------
 
-void LdpFecTlvParser::parseElements() {
+void LdpFecTlvParser::parseElements(LdpPktReader const * bound) {
    ZON_ASSERT(pkt_);
-   LdpPktReader const reader(*pkt_);
+   LdpPktReader front;
+   if (!bound) {
+      front = LdpPktReader(*pkt_);
+      bound = &front;
+   }
    TRACE(ldpGenMsgParserTrace, traceDetail,
          "   Parse FEC TLV frontBytes: " << pkt_->frontBytes() << ", offset: " << offset_);
-   // The value's length comes from the TLV header; a header that was not received
-   // leaves nothing to read, and the TLV is too small like one whose value was cut.
-   LdpTlvHdr const * hdr = reader.view<LdpTlvHdr const>(offset_);
-   if (!hdr || std::uint64_t(offset_) + fecTlvHdrBytes + hdr->length() > pkt_->frontBytes()) {
+   // The value's length comes from the TLV header; a header that is not in the
+   // bound leaves nothing to read, and the TLV is too small like one whose value
+   // was cut or runs into the next message. The size reported is the front
+   // bytes'.
+   LdpTlvHdr const * hdr = bound->view<LdpTlvHdr const>(offset_);
+   if (!hdr || !bound->contains(offset_, fecTlvHdrBytes + hdr->length())) {
       fault(badTlvLength, Zon::format("FEC TLV is too small, size: %d", int(pkt_->frontBytes())));
       return;
    }
    std::uint32_t const begin = offset_ + fecTlvHdrBytes;
    std::uint32_t const end = begin + hdr->length();
-   value_ = reader.child(begin, hdr->length());
+   value_ = bound->child(begin, hdr->length());
 
    std::uint32_t pos = begin;
    while (pos < end) {

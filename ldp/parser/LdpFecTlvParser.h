@@ -4,7 +4,8 @@
 // on received bytes: a fault ends as a status code and a reason, the first one
 // wins, and the elements parsed before it stay in the collection.
 //
-// Every read goes through a reader bounded by the TLV's value, and a PWid
+// Every read goes through a reader bounded by the TLV's value (which must lie in
+// the message that holds it), and a PWid
 // element's interface parameters through a reader bounded by its PW information,
 // so an element can never run into the next TLV, nor a sub-TLV into the next
 // element.
@@ -41,8 +42,11 @@ class LdpFecTlvParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    // is accepted at any place. The rule is strict without protocol parameters
    // (the message parsers pass none) and when their
    // fecTlvStrictPrefixWildcardOnlyElement is set.
+   // The TLV must lie in `*bound`, the reader of the item that holds it (a
+   // message parser passes its message's); without one, in the packet's front
+   // bytes. The bound is read while the parser is built, not kept.
    LdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
-                   Zon::Ptr<LdpProtoParam const> const & protoParam);
+                   Zon::Ptr<LdpProtoParam const> const & protoParam, LdpPktReader const * bound = nullptr);
 
    Zon::Ptr<Vorin::Pkt> const & pkt() const noexcept { return pkt_; }
    std::uint32_t offset() const noexcept { return offset_; }
@@ -86,7 +90,7 @@ class LdpFecTlvParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    // parses the interface parameter sub-TLV at `currOffset` (moved past it), read
    // through `params`, the reader of the element's PW information. Both record
    // their fault in this parser and return its status code.
-   void parseElements();
+   void parseElements(LdpPktReader const * bound);
    LdpStatusCode parseFecTlvPwIdElement(std::uint32_t & currOffset, std::uint32_t endOffset,
                                         LdpFecTlvPwIdElement & element);
    LdpStatusCode parsePwIntfParamSubTlv(LdpPktReader const & params, std::uint32_t & currOffset,
@@ -96,7 +100,7 @@ class LdpFecTlvParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    ~LdpFecTlvParser() override = default;
 
  private:
-   void handleInitialized();
+   void handleInitialized(LdpPktReader const * bound);
    bool fault(LdpStatusCode code, Zon::String8 reason);
    // The element parsers of the IP elements; true when the element was accepted.
    bool parseWildcardElement(std::uint32_t & currOffset, std::uint32_t valueOffset, std::uint32_t endOffset);

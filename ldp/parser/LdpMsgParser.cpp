@@ -10,9 +10,9 @@ LdpMsgParser::LdpMsgParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offse
 }
 
 LdpMsgParser::LdpMsgParser(HeaderStepOf, LdpMsgParser const & failed)
-    : reader_(failed.reader_),
-      pkt_(failed.pkt_),
+    : pkt_(failed.pkt_),
       offset_(failed.offset_),
+      reader_(failed.reader_),
       msgHdr_(failed.msgHdr_),
       tlvGroupParser_(failed.tlvGroupParser_),
       result_(failed.result_) {
@@ -42,7 +42,9 @@ Zon::Ptr<LdpFecTlvParser> LdpMsgParser::ldpFecTlvParserIs(Zon::Ptr<Vorin::Pkt> c
 
 Zon::Ptr<LdpFecTlvParser> LdpMsgParser::newLdpFecTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset,
                                                            Zon::Ptr<LdpProtoParam const> const & protoParam) {
-   ldpFecTlvParser_ = ldpFecTlvParserFactory(pkt, offset, protoParam);
+   // A FEC TLV of this message's packet is bounded by the message.
+   ldpFecTlvParser_ = Zon::validPtr(Zon::makePtr<LdpFecTlvParser>(
+       pkt, offset, protoParam, pkt == pkt_ && reader_.remaining(offset) > 0 ? &reader_ : nullptr));
    return ldpFecTlvParser_;
 }
 
@@ -50,14 +52,14 @@ void LdpMsgParser::headerStep() {
    // Without a packet there is no header to point at: the caller's error.
    ZON_ASSERT_TEXT(pkt_ && pkt_->front(), "msgHdr_");
    ZON_ASSERT_TEXT(pkt_->frontBytes() >= offset_, "pkt_->frontBytes() >= offset_");
-   reader_ = LdpPktReader(*pkt_);
-   msgHdr_ = reader_.view<LdpMsgHdr>(offset_);
+   LdpPktReader const front(*pkt_);
+   msgHdr_ = front.view<LdpMsgHdr>(offset_);
    tlvGroupParserIs(Zon::String8());
    result_ = LdpParseFault();
 
    // The type is checked before the size; when the type word itself was not
    // received there is nothing to check and the size fault below reports it.
-   if (auto const word = reader_.u16(offset_)) {
+   if (auto const word = front.u16(offset_)) {
       std::uint16_t const type = *word & 0x7FFF;
       if (!isKnownMsgType(type)) {
          fault((*word & 0x8000) ? LdpStatusCode::unknownMessageTypeIgnore : LdpStatusCode::unknownMessageType,
@@ -78,6 +80,7 @@ void LdpMsgParser::headerStep() {
       fault(LdpStatusCode::malformedTlv, Zon::format("MSG length field too small, length = %d", total));
       return;
    }
+   reader_ = front.child(offset_, total);
    tlvGroupParser_->pktIs(pkt_);
    tlvGroupParser_->offsetIs(offset_ + static_cast<std::uint32_t>(LdpMsgHdr::wireBytes));
    tlvGroupParser_->sizeIs(total - static_cast<std::uint32_t>(LdpMsgHdr::wireBytes));
@@ -87,7 +90,9 @@ void LdpMsgParser::headerStep() {
       return;
    }
    for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      LdpTlvHdr const * tlv = tlvAt(i);
+      // The framing read every recorded header from the front bytes.
+      LdpTlvHdr const * tlv = front.view<LdpTlvHdr const>(tlvOffsetAt(i));
+      ZON_ASSERT(tlv);
       LdpStatusCode const code = tlv->validateTlvHdr();
       if (code != LdpStatusCode::success && code != LdpStatusCode::unknownMessageTypeIgnore) {
          fault(code, Zon::format("Unknown TLV Type: %d", static_cast<int>(tlv->type())));

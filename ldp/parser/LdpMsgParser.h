@@ -106,25 +106,36 @@ class LdpMsgParser : public Zon::PtrInterface, public Zon::PoolAllocated {
       return result_.faultFrom(p.statusCode(), p.reason());
    }
 
-   // The message's TLVs, by index in message order. tlvAt gives the 4-byte TLV
-   // header of a recorded TLV (the group parser saw those bytes). Its length field
-   // is the peer's word: a length of 0xFFFD..0xFFFF wraps the 16-bit item size to
-   // 1..3 bytes, so the TLV's value may claim far more bytes than were received.
-   // tlvView (tlvAs<T>) therefore hands out a view only when the TLV's unwrapped extent
-   // (length + 4) covers `viewBytes` (T) and lies wholly inside the received bytes; size checks
-   // that fail must treat a null view like any other size fault.
+   // The message's TLVs, by index in message order. tlvHdrAt gives a copy of the
+   // 4-byte header of a recorded TLV (the group parser read those bytes). Its
+   // length field is the peer's word: a length of 0xFFFD..0xFFFF wraps the 16-bit
+   // item size to 1..3 bytes, so the header may end behind the message and the
+   // value claim far more bytes than the message holds. The header's type and
+   // length are therefore read as values, and tlvView (tlvAs<T>) hands out a view
+   // only when the TLV's unwrapped extent (length + 4) covers `viewBytes` (T) and
+   // lies wholly inside the message; size checks that fail must treat a null view
+   // like any other size fault.
    std::uint32_t tlvNum() const noexcept { return tlvGroupParser_->tlvNum(); }
    std::uint32_t tlvOffsetAt(std::uint32_t index) const noexcept { return tlvGroupParser_->tlvOffset(index); }
-   LdpTlvHdr * tlvAt(std::uint32_t index) const noexcept {
-      return index < tlvNum() ? reader_.view<LdpTlvHdr>(tlvOffsetAt(index)) : nullptr;
+   LdpTlvHdr tlvHdrAt(std::uint32_t index) const noexcept {
+      LdpTlvHdr const * h = index < tlvNum() ? LdpPktReader(*pkt_).view<LdpTlvHdr const>(tlvOffsetAt(index)) : nullptr;
+      return h ? *h : LdpTlvHdr();
    }
+   // A header that does not lie in the message cannot have its TLV in it: one
+   // reader, the message's, answers both questions.
    LdpTlvHdr * tlvView(std::uint32_t index, std::uint32_t viewBytes) const noexcept {
-      LdpTlvHdr const * h = tlvAt(index);
-      if (!h) {
+      if (index >= tlvNum()) {
          return nullptr;
       }
+      std::uint32_t const offset = tlvOffsetAt(index);
+      // Asked first, so that a refused TLV does not mark the reader failed for
+      // the parsers that are cut from it later.
+      if (!reader_.contains(offset, LdpTlvHdr::wireBytes)) {
+         return nullptr;
+      }
+      LdpTlvHdr const * h = reader_.view<LdpTlvHdr const>(offset);
       std::uint32_t const bytes = std::uint32_t(h->length()) + LdpTlvHdr::tlvHdrSizeExclude;
-      return bytes >= viewBytes ? reader_.view<LdpTlvHdr>(tlvOffsetAt(index), bytes) : nullptr;
+      return bytes >= viewBytes && reader_.contains(offset, bytes) ? reader_.view<LdpTlvHdr>(offset, bytes) : nullptr;
    }
    template <typename T>
    T * tlvAs(std::uint32_t index) const noexcept {
@@ -166,7 +177,10 @@ class LdpMsgParser : public Zon::PtrInterface, public Zon::PoolAllocated {
    // TLV framing already failed (their fault stands).
    bool messageStepStart();
 
-   LdpPktReader reader_;
+   // The reader of the message, bounded by its length (as far as its bytes were
+   // received): every view the parser and the parsers it builds hand out comes
+   // from it. Empty until the header step has checked the length.
+   LdpPktReader const & reader() const noexcept { return reader_; }
 
  private:
    friend Ptr ldpMsgParserGet(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
@@ -182,6 +196,9 @@ class LdpMsgParser : public Zon::PtrInterface, public Zon::PoolAllocated {
 
    Zon::Ptr<Vorin::Pkt> pkt_;
    std::uint32_t offset_;
+   // The message's own reader (the header step and tlvHdrAt read the message and
+   // TLV headers, as values only, from the packet's front bytes).
+   LdpPktReader reader_;
    LdpMsgHdr * msgHdr_ = nullptr;
    Zon::Ptr<LdpTlvGroupParser> tlvGroupParser_;
    LdpParseFault result_;

@@ -31,7 +31,7 @@ void LdpNotificationMsgParser::handleInitialized() {
       fault(missingMessageParams, "Missing Status TLV");
       return;
    }
-   if (tlvAt(0)->type() != LdpTlvType::statusTlv) {
+   if (tlvHdrAt(0).type() != LdpTlvType::statusTlv) {
       fault(missingMessageParams, "1st TLV is not Status TLV");
       return;
    }
@@ -49,16 +49,16 @@ void LdpNotificationMsgParser::handleInitialized() {
       fault(missingMessageParams, "Missing PW Status TLVs");
       return;
    }
-   if (tlvAt(1)->type() != LdpTlvType::pwStatusTlv) {
+   if (tlvHdrAt(1).type() != LdpTlvType::pwStatusTlv) {
       fault(missingMessageParams, "2nd TLV is not PW Status TLV");
       return;
    }
-   auto const pwStatus = ldpPwStatusTlvParserFactory(pkt(), tlvOffsetAt(1));
+   auto const pwStatus = Zon::validPtr(Zon::makePtr<LdpPwStatusTlvParser>(pkt(), tlvOffsetAt(1), reader()));
    if (LdpStatusCode const code = pwStatus->validate(); code != LdpStatusCode::success) {
       fault(code, "LdpPwStatusTlv validation failure");
       return;
    }
-   if (tlvAt(2)->type() != LdpTlvType::fecTlv) {
+   if (tlvHdrAt(2).type() != LdpTlvType::fecTlv) {
       fault(missingMessageParams, "FecTlv is not the 3rd TLV in the message");
       return;
    }

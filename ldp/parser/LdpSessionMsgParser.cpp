@@ -37,7 +37,7 @@ void LdpHelloMsgParser::handleInitialized() {
       return;
    }
    for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      switch (tlvAt(i)->type()) {
+      switch (tlvHdrAt(i).type()) {
        case LdpTlvType::commonHelloTlv:
          if (i != 0) {
             fault(missingMessageParams, "LdpCommonHelloTlv is not the 1st TLV in the message");
@@ -122,8 +122,7 @@ void LdpInitMsgParser::handleInitialized() {
       return;
    }
    for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      LdpTlvHdr const * h = tlvAt(i);
-      if (h->type() != LdpTlvType::commonSessionParamTlv) {
+      if (tlvHdrAt(i).type() != LdpTlvType::commonSessionParamTlv) {
          if (i == 0) {
             fault(missingMessageParams, "1st TLV is not commonSessionParam TLV");
             return;
@@ -198,14 +197,14 @@ void LdpAddressListMsgParser::addressListStep(LdpMsgType own, char const * typeA
       return;
    }
    for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      if (tlvAt(i)->type() != LdpTlvType::addrListTlv) {
+      if (tlvHdrAt(i).type() != LdpTlvType::addrListTlv) {
          continue;
       }
       if (i != 0) {
          fault(missingMessageParams, "AddressListTlv is not the 1st TLV in the message");
          return;
       }
-      addressListTlv_ = ldpAddressListTlvParserFactory(pkt(), tlvOffsetAt(i));
+      addressListTlv_ = Zon::validPtr(Zon::makePtr<LdpAddressListTlvParser>(pkt(), tlvOffsetAt(i), reader()));
       if (auto const code = addressListTlv_->validate(); code != LdpStatusCode::success) {
          fault(code, Ldp::stringValue(code));
          return;

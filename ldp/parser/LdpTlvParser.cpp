@@ -7,18 +7,25 @@
 namespace Ldp {
 
 LdpTlvParser::LdpTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset) : pkt_(pkt), offset_(offset) {
-   handleHeader();
-}
-
-void LdpTlvParser::handleHeader() {
    ZON_ASSERT(pkt_);
-   // Callers build TLV parsers at offsets a group parser recorded; a header that
-   // was not received is left unset rather than read.
-   header_ = LdpPktReader(*pkt_).view<LdpTlvHdr>(offset_);
+   handleHeader(LdpPktReader(*pkt_));
 }
 
-bool LdpTlvParser::received() const noexcept {
-   return header_ && LdpPktReader(*pkt_).contains(offset_, byteSize());
+LdpTlvParser::LdpTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset, LdpPktReader const & bound)
+    : pkt_(pkt), offset_(offset) {
+   ZON_ASSERT(pkt_);
+   handleHeader(bound);
+}
+
+void LdpTlvParser::handleHeader(LdpPktReader const & bound) {
+   // Callers build TLV parsers at offsets a group parser recorded; a header that
+   // does not lie in the bound is left unset rather than read.
+   header_ = bound.view<LdpTlvHdr>(offset_);
+   if (header_) {
+      tlv_ = bound.child(offset_, byteSize());
+   } else {
+      headerCut_ = std::uint64_t(offset_) + LdpTlvHdr::wireBytes <= pkt_->frontBytes();
+   }
 }
 
 template <typename T>
@@ -38,10 +45,10 @@ LdpStatusCode LdpTypedTlvParser<T>::validate() const {
    if (T standIn; shortTlv(standIn)) {
       return standIn.validate();
    }
-   // A header whose length claims bytes that were not received (a length near
-   // 0xFFFF wraps the group parser's 16-bit item size) is refused here, so that
-   // a caller cannot take a TLV it can never read for a good one.
-   return header() ? LdpStatusCode::badTlvLength : LdpStatusCode::success;
+   // A TLV that runs past its bound (a length near 0xFFFF wraps the group
+   // parser's 16-bit item size) is refused here, so that a caller cannot take a
+   // TLV it can never read for a good one.
+   return header() || headerCut() ? LdpStatusCode::badTlvLength : LdpStatusCode::success;
 }
 
 template <typename T>

@@ -3,12 +3,14 @@
 // its TLV value type (header2()) and answers that type's fields, validate() and
 // text form.
 //
-// Nothing here reads outside the received bytes. The header view exists only when
-// the TLV's four header bytes were received, header2() only when the TLV's bytes,
-// as far as its own length field says, were received and cover the value type.
-// Without a view every accessor answers 0 (false, or the empty string for
-// stringValue()), with one exception: validate() of a TLV whose header was
-// received but whose length claims bytes that were not is badTlvLength. A TLV
+// Nothing here reads outside the TLV's bound: the received bytes, or the item that
+// holds the TLV (a message parser bounds the TLV parsers it builds by the
+// message). The header view exists only when the TLV's four header bytes lie in
+// the bound, header2() only when the TLV's bytes, as far as its own length field
+// says, lie in it and cover the value type. Without a view every accessor answers
+// 0 (false, or the empty string for stringValue()), with one exception:
+// validate() of a TLV whose header was received but that does not lie wholly in
+// its bound is badTlvLength. A TLV
 // received whole but shorter than its value type still validates and prints as
 // its value type says (its header alone decides that).
 #pragma once
@@ -32,11 +34,14 @@ class LdpTlvParser : public Zon::PtrInterface {
  public:
    using Ptr = Zon::Ptr<LdpTlvParser>;
 
+   // The TLV at `offset`, bounded by the packet's front bytes, or by `bound`, the
+   // reader of the item that holds it.
    LdpTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset);
+   LdpTlvParser(Zon::Ptr<Vorin::Pkt> const & pkt, std::uint32_t offset, LdpPktReader const & bound);
 
    Zon::Ptr<Vorin::Pkt> const & pkt() const noexcept { return pkt_; }
    std::uint32_t offset() const noexcept { return offset_; }
-   // The TLV header; null when its four bytes were not received.
+   // The TLV header; null when its four bytes do not lie in the bound.
    LdpTlvHdr * header() const noexcept { return header_; }
 
    LdpTlvType type() const noexcept { return header_ ? header_->type() : LdpTlvType(0); }
@@ -48,15 +53,15 @@ class LdpTlvParser : public Zon::PtrInterface {
    ~LdpTlvParser() override = default;
 
    // True when the whole TLV, header and value as far as its length field says,
-   // was received.
-   bool received() const noexcept;
-   // The TLV seen as T; null unless the whole TLV was received and covers T.
+   // lies in the bound.
+   bool received() const noexcept { return header_ && tlv_.contains(offset_, byteSize()); }
+   // True when the header was received but does not lie in the bound (its
+   // length wraps the item size that the bound's framing counted).
+   bool headerCut() const noexcept { return headerCut_; }
+   // The TLV seen as T; null unless the whole TLV lies in the bound and covers T.
    template <typename T>
    T * viewAs() const noexcept {
-      if (!header_) {
-         return nullptr;
-      }
-      return LdpPktReader(*pkt_).view<T>(offset_, byteSize());
+      return header_ ? tlv_.view<T>(offset_, byteSize()) : nullptr;
    }
    // Header and value as the length field says, without the 16-bit wrap of
    // totalLength(): a length of 0xFFFC claims 65536 bytes, not 0.
@@ -66,11 +71,14 @@ class LdpTlvParser : public Zon::PtrInterface {
    }
 
  private:
-   void handleHeader();
+   void handleHeader(LdpPktReader const & bound);
 
    Zon::Ptr<Vorin::Pkt> pkt_;
    std::uint32_t offset_;
    LdpTlvHdr * header_ = nullptr;
+   // The reader of the TLV itself, cut from its bound.
+   LdpPktReader tlv_;
+   bool headerCut_ = false;
 };
 
 // The part every typed parser shares: header2(), validate() and stringValue() of
@@ -83,8 +91,8 @@ class LdpTypedTlvParser : public LdpTlvParser {
    // The TLV seen as T; null unless its bytes were received and cover T.
    T * header2() const noexcept { return viewAs<T>(); }
 
-   // T's validate(); success (0) without a header, badTlvLength when the TLV's
-   // length runs past the received bytes.
+   // T's validate(); success (0) without a header, badTlvLength when the TLV
+   // runs past its bound.
    LdpStatusCode validate() const;
    // T's text form; empty when the TLV was not received whole.
    Zon::String8 stringValue() const;

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ldp/parser/LdpCapabilityMsgParser.h"
 #include "ldp/parser/LdpMsgParserGet.h"
 #include "ldp/parser/LdpMsgParser.h"
 #include "ldp/parser/LdpPduParser.h"
@@ -368,6 +369,56 @@ TEST(LdpMsgParserGet, FallbackParserKeepsTheHeaderStepResult) {
    EXPECT_EQ(m->tlvGroupParser()->tlvOffset(0), 10u);
    EXPECT_EQ(m->msgFecTlv(), nullptr);
    EXPECT_EQ(m->stringValue(), "Message Error: Msg/Tlv is corrupted/truncated");
+}
+
+// ---- a message's TLVs stay inside it ----------------------------------------
+
+// A TLV length of 0xFFFD..0xFFFF wraps the framing's 16-bit item size to 1..3
+// bytes, so the last TLV of a message can end its header in the next message and
+// claim 65K bytes behind it. When those bytes were received and would parse (here
+// `next`, which continues the length word), the TLV is still refused, with the
+// code of a TLV that runs past its bytes.
+struct EscapeCase {
+   char const * name;
+   std::string message; // ends inside the last TLV's header
+   std::string next;    // the bytes behind it: the rest of that header and 64K
+   Code code;
+   std::string reason;
+};
+
+std::string repeated(std::string const & hex, int n) {
+   std::string s;
+   for (int i = 0; i < n; ++i) {
+      s += hex;
+   }
+   return s;
+}
+
+TEST(LdpMsgParser, LastTlvCannotReachIntoTheNextMessage) {
+   // 13107 prefix elements of 5 bytes fill a value of 0xFFFF bytes.
+   std::string const prefixes = repeated("02 0001 08 0a", 13107);
+   // An IPv4 address list of 0xFFFE bytes: the family and 16383 addresses.
+   std::string const addresses = "0001" + repeated("0a000001", 16383);
+   EscapeCase const cases[] = {
+       {"FEC TLV of a Label Request", "0401 0007 00000005 | 0100 ff", "ff" + prefixes, Code::badTlvLength,
+        "FEC TLV is too small, size: "},
+       {"address list of an Address", "0300 0006 00000005 | 0101", "fffe" + addresses, Code::badTlvLength,
+        "badTlvLength"},
+       {"capability TLV of a Capability", "0202 0007 00000005 | 850c ff", "ff" + prefixes, Code::malformedTlv,
+        "multiTopologyCapabilityTlv TLV is not the right size"},
+   };
+   for (auto const & c : cases) {
+      auto const pkt = hexPkt(c.message + c.next);
+      std::string reason = c.reason;
+      if (reason.ends_with("size: ")) {
+         reason += std::to_string(pkt->frontBytes());
+      }
+      LdpMsgParser::Ptr const p = c.message.starts_with("0202") ? LdpMsgParser::Ptr(ldpCapabilityMsgParserFactory(pkt, 0))
+                                                                : ldpMsgParserGet(pkt, 0);
+      ASSERT_TRUE(p->headerStepValid()) << c.name << ": " << p->reason();
+      EXPECT_EQ(p->statusCode(), c.code) << c.name;
+      EXPECT_EQ(p->reason(), reason) << c.name;
+   }
 }
 
 } // namespace
