@@ -9,7 +9,6 @@ namespace Ldp {
 namespace {
 
 constexpr auto missingMessageParams = LdpStatusCode::missingMessageParams;
-constexpr auto malformedTlv = LdpStatusCode::malformedTlv;
 
 void appendTlv(std::string & s, Zon::String8 const & text) {
    s += "\n   ";
