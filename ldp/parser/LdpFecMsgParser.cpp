@@ -19,8 +19,14 @@ void LdpFecMsgParser::labelMessageStep(LdpLabelMsgShape const & shape) {
       fault(LdpStatusCode::missingMessageParams, shape.tooFewReason);
       return;
    }
-   for (std::uint32_t i = 0; i < tlvNum(); ++i) {
-      LdpLabelTlvRule const * rule = shape.rule(tlvHdrAt(i).type());
+   // The TLV types are read from the front bytes, as values: a header whose
+   // length wraps may end behind the message.
+   LdpPktReader const front(*pkt());
+   std::uint32_t const count = tlvNum();
+   std::uint32_t filled = 0; // slotBit of each view set by the walk
+   for (std::uint32_t i = 0; i < count; ++i) {
+      LdpTlvHdr const * hdr = front.view<LdpTlvHdr const>(tlvOffsetAt(i));
+      LdpLabelTlvRule const * rule = hdr ? shape.rule(hdr->type()) : nullptr;
       if (!rule) {
          continue;
       }
@@ -34,6 +40,9 @@ void LdpFecMsgParser::labelMessageStep(LdpLabelMsgShape const & shape) {
          if (!fecTlvStep(i, shape.fecValidity, shape.wildcardReason)) {
             return;
          }
+         if (msgFecTlv()) {
+            filled |= LdpLabelMsgShape::slotBit(Slot::fec);
+         }
          continue;
       }
       LdpTlvHdr * t = sizedTlv(i, rule->size, rule->sizeReason);
@@ -41,17 +50,18 @@ void LdpFecMsgParser::labelMessageStep(LdpLabelMsgShape const & shape) {
          return;
       }
       slotIs(rule->slot, t);
+      filled |= LdpLabelMsgShape::slotBit(rule->slot);
       if (LdpStatusCode const code = rule->validate(*t); code != LdpStatusCode::success) {
          fault(code, rule->valueReason);
          return;
       }
    }
-   // The mandatory rows come first.
+   if ((filled & shape.mandatorySlots) == shape.mandatorySlots) [[likely]] {
+      return;
+   }
+   // The first mandatory row (they come first) whose view is unset.
    for (LdpLabelTlvRule const & rule : shape.tlvs) {
-      if (!rule.missingReason) {
-         break;
-      }
-      if (!slot(rule.slot)) {
+      if (rule.missingReason && !(filled & LdpLabelMsgShape::slotBit(rule.slot))) {
          fault(LdpStatusCode::missingMessageParams, rule.missingReason);
          return;
       }

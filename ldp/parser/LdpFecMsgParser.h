@@ -116,6 +116,29 @@ struct LdpLabelMsgShape {
    LdpFecMsgParser::FecValidity fecValidity;
    char const * wildcardReason; // null: a Wildcard FEC is accepted
    std::span<LdpLabelTlvRule const> tlvs;
+   // One bit per slot (slotBit) that a mandatory row fills: the walk checks them
+   // all at once and looks for the missing row only when one is.
+   std::uint32_t mandatorySlots;
+
+   constexpr LdpLabelMsgShape(LdpMsgType type, char const * typeAssertion, std::uint32_t minTlvs,
+                              char const * tooFewReason, LdpFecMsgParser::FecValidity fecValidity,
+                              char const * wildcardReason, std::span<LdpLabelTlvRule const> tlvs) noexcept
+       : type(type),
+         typeAssertion(typeAssertion),
+         minTlvs(minTlvs),
+         tooFewReason(tooFewReason),
+         fecValidity(fecValidity),
+         wildcardReason(wildcardReason),
+         tlvs(tlvs),
+         mandatorySlots(0) {
+      for (LdpLabelTlvRule const & r : tlvs) {
+         if (r.missingReason) {
+            mandatorySlots |= slotBit(r.slot);
+         }
+      }
+   }
+
+   static constexpr std::uint32_t slotBit(LdpFecMsgParser::Slot s) noexcept { return 1u << unsigned(s); }
 
    // The row of TLV type `type`; null when the message does not name it.
    LdpLabelTlvRule const * rule(LdpTlvType type) const noexcept {

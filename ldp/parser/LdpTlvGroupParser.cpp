@@ -115,7 +115,8 @@ bool LdpTlvGroupParser::parseTlvGroup() {
 }
 
 Zon::Ptr<LdpTlvGroupParser> ldpTlvGroupParserFactory(Zon::String8 const & name) {
-   return Zon::validPtr(Zon::makePtr<LdpTlvGroupParser>(name));
+   // Every message's parser asks for an unnamed group: no string to copy.
+   return Zon::validPtr(name.empty() ? Zon::makePtr<LdpTlvGroupParser>() : Zon::makePtr<LdpTlvGroupParser>(name));
 }
 
 } // namespace Ldp

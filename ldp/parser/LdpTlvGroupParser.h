@@ -26,6 +26,7 @@ class LdpTlvGroupParser : public Zon::PtrInterface, public Zon::PoolAllocated {
       std::uint32_t offset;
    };
 
+   LdpTlvGroupParser() = default;
    explicit LdpTlvGroupParser(Zon::String8 name) : name_(std::move(name)) {}
 
    Zon::String8 const & name() const noexcept { return name_; }
