@@ -26,7 +26,9 @@ class LdpTlvGroupParser : public Zon::PtrInterface, public Zon::PoolAllocated {
       std::uint32_t offset;
    };
 
-   LdpTlvGroupParser() = default;
+   // Written out, so that makePtr's value-initialisation does not zero the
+   // whole object (the inline entries are left unset on purpose).
+   LdpTlvGroupParser() noexcept {}
    explicit LdpTlvGroupParser(Zon::String8 name) : name_(std::move(name)) {}
 
    Zon::String8 const & name() const noexcept { return name_; }
